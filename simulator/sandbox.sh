@@ -1,0 +1,57 @@
+#!/bin/bash
+# Runs a command in mount, network and process namespaces of its own: what it writes to /etc, /usr and /tmp is gone
+# afterwards, it sees no bus and no network of the host, it cannot set the clock, and nothing it starts outlives it.
+# Needs root or user namespaces.
+#
+#   sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]...
+#
+# --keep DIR  what the command writes below DIR is kept, wherever DIR is
+set -euo pipefail
+
+fnEnter() {
+    local options=(--mount --net --pid --fork --kill-child --mount-proc)
+    [[ $(id -u) == 0 ]] || options+=(--user --map-root-user)
+    exec unshare "${options[@]}" "$0" --inside "$@"
+}
+
+fnOverlay() {
+    local dir=$1 work=/dev/shm/overlay$1
+    mkdir -p "$work/upper" "$work/work"
+    chmod --reference="$dir" "$work/upper"
+    mount -t overlay overlay -o "lowerdir=$dir,upperdir=$work/upper,workdir=$work/work" "$dir"
+}
+
+[[ ${1:-} == --inside ]] || fnEnter "$@"
+shift
+
+kept=()
+while [[ ${1:-} == --keep ]]; do
+    kept+=("$(realpath "$2")")
+    shift 2
+done
+[[ ${1:-} == -- ]] || { echo "usage: sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]..." >&2; exit 2; }
+shift
+
+# Nested X servers outside are reached through their socket folder, which an overlay would cut off.
+[[ -d /tmp/.X11-unix ]] && kept+=(/tmp/.X11-unix)
+
+directory=$PWD
+mount -t tmpfs tmpfs /dev/shm
+for i in "${!kept[@]}"; do
+    mkdir -p "/dev/shm/keep/$i"
+    mount --bind "${kept[$i]}" "/dev/shm/keep/$i"
+done
+fnOverlay /etc
+fnOverlay /usr
+fnOverlay /tmp
+for i in "${!kept[@]}"; do
+    mount --bind "/dev/shm/keep/$i" "${kept[$i]}"
+done
+[[ -d /run/dbus ]] && mount -t tmpfs tmpfs /run/dbus
+ip link set lo up
+cd "$directory"
+
+unset XDG_RUNTIME_DIR
+export DBUS_SYSTEM_BUS_ADDRESS=${SANDBOX_SYSTEM_BUS:-unix:path=/nonexistent/system}
+export DBUS_SESSION_BUS_ADDRESS=${SANDBOX_SESSION_BUS:-unix:path=/nonexistent/session}
+exec setpriv --bounding-set=-sys_time,-sys_boot,-sys_module -- "$@"
