@@ -5,7 +5,7 @@
 #
 #   sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]...
 #
-# --keep DIR  what the command writes below DIR is kept, wherever DIR is
+# --keep DIR  what the command writes below DIR is kept, and sockets in it can be reached, wherever DIR is
 set -euo pipefail
 
 fnEnter() {
@@ -32,9 +32,6 @@ done
 [[ ${1:-} == -- ]] || { echo "usage: sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]..." >&2; exit 2; }
 shift
 
-# Nested X servers outside are reached through their socket folder, which an overlay would cut off.
-[[ -d /tmp/.X11-unix ]] && kept+=(/tmp/.X11-unix)
-
 directory=$PWD
 mount -t tmpfs tmpfs /dev/shm
 for i in "${!kept[@]}"; do
@@ -51,7 +48,8 @@ done
 ip link set lo up
 cd "$directory"
 
-unset XDG_RUNTIME_DIR
+export XDG_RUNTIME_DIR=/dev/shm/runtime
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 export DBUS_SYSTEM_BUS_ADDRESS=${SANDBOX_SYSTEM_BUS:-unix:path=/nonexistent/system}
 export DBUS_SESSION_BUS_ADDRESS=${SANDBOX_SESSION_BUS:-unix:path=/nonexistent/session}
 exec setpriv --bounding-set=-sys_time,-sys_boot,-sys_module -- "$@"

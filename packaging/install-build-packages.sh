@@ -1,0 +1,21 @@
+#!/bin/bash
+# Installs what building, testing and showing the panel needs on Debian 12; does nothing if all of it is there.
+set -euo pipefail
+
+packages=(
+    build-essential clang cmake ninja-build libclang-rt-14-dev
+    qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
+    fonts-liberation fonts-dejavu-core imagemagick openbox
+    iproute2 util-linux x11-utils xdotool xserver-xephyr xvfb
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii' || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+root=()
+[[ $(id -u) == 0 ]] || root=(sudo)
+"${root[@]}" apt-get update -qq
+"${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,165 @@
+#include "panel/console.h"
+
+#include "panel/tarnixUIwidget.h"
+#include "platform/ovikplatform.h"
+#include "wink/winkwidget.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <iostream>
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t s_nChunkSize = 65536;
+constexpr qint64 s_nWorkMilliseconds = 20; // well below the tenth of a second within which a touch is answered
+constexpr int s_nIndexPosition = 1;
+constexpr int s_nIndexLength = 3;
+constexpr int s_nTextPosition = s_nIndexPosition + s_nIndexLength;
+
+int inputDescriptor()
+{
+    return fileno(stdin);
+}
+
+bool isInputReady()
+{
+    pollfd oPoll{inputDescriptor(), POLLIN, 0};
+    return poll(&oPoll, 1, 0) > 0;
+}
+
+int indexOf(const QString& strCommand)
+{
+    return strCommand.mid(s_nIndexPosition, s_nIndexLength).toInt();
+}
+
+void postWink(eWinkEvent eType)
+{
+    QCoreApplication::postEvent(EventGrabber::getInstance(), new QEvent(static_cast<QEvent::Type>(eType)));
+}
+
+} // namespace
+
+void Console::guardStandardStreams()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    int nDescriptor = open("/dev/null", O_RDWR);
+    while (nDescriptor >= 0 && nDescriptor <= STDERR_FILENO) {
+        nDescriptor = dup(nDescriptor);
+    }
+    close(nDescriptor);
+}
+
+Console::Console(QObject* pParent)
+    : QObject(pParent), m_notifier(new QSocketNotifier(inputDescriptor(), QSocketNotifier::Read, this))
+{
+}
+
+void Console::run()
+{
+    std::cout << "First message" << std::endl;
+    std::cout << "> " << std::flush;
+    connect(m_notifier, SIGNAL(activated(int)), this, SLOT(readCommand()));
+}
+
+void Console::readCommand()
+{
+    m_notifier->setEnabled(false);
+    QElapsedTimer oWork;
+    oWork.start();
+
+    std::string strLine;
+    do {
+        while (takeLine(strLine)) {
+            if (strLine == "quit") {
+                leave();
+                return;
+            }
+            execute(QString::fromUtf8(strLine.c_str()));
+            if (oWork.hasExpired(s_nWorkMilliseconds)) {
+                QTimer::singleShot(0, this, SLOT(readCommand()));
+                return;
+            }
+        }
+    } while (readInput());
+
+    if (m_bEndOfInput) {
+        leave();
+        return;
+    }
+    m_notifier->setEnabled(true);
+}
+
+// Appends what has arrived; returns false if there is nothing (more) to be had now.
+bool Console::readInput()
+{
+    if (!isInputReady()) {
+        return false;
+    }
+    m_strInput.erase(0, m_nTaken);
+    m_nSearched -= m_nTaken;
+    m_nTaken = 0;
+
+    const std::size_t nKept = m_strInput.size();
+    m_strInput.resize(nKept + s_nChunkSize);
+    const ssize_t nRead = read(inputDescriptor(), &m_strInput[nKept], s_nChunkSize);
+    const int nError = errno;
+    m_strInput.resize(nKept + (nRead > 0 ? static_cast<std::size_t>(nRead) : 0));
+    if (nRead < 0 && (nError == EINTR || nError == EAGAIN)) {
+        return false;
+    }
+    m_bEndOfInput = nRead <= 0;
+    return !m_bEndOfInput;
+}
+
+bool Console::takeLine(std::string& strLine)
+{
+    const std::string::size_type nEnd = m_strInput.find('\n', m_nSearched);
+    if (nEnd == std::string::npos) {
+        m_nSearched = m_strInput.size();
+        return false;
+    }
+    strLine.assign(m_strInput, m_nTaken, nEnd - m_nTaken);
+    m_nTaken = nEnd + 1;
+    m_nSearched = m_nTaken;
+    return true;
+}
+
+void Console::execute(const QString& strCommand)
+{
+    auto* pPanel = static_cast<TarnixUI*>(parent());
+    if (strCommand.startsWith("i")) {
+        pPanel->setIdentNo(strCommand.mid(1));
+    } else if (strCommand.startsWith("d")) {
+        const QString strName = strCommand.mid(1);
+        OVIKPlatform::getInstance()->SetDeviceNameAsString(strName);
+        pPanel->setDeviceType(strName);
+    } else if (strCommand.startsWith("v")) {
+        pPanel->setTargetVersion(strCommand.mid(1));
+    } else if (strCommand.startsWith("n")) {
+        pPanel->setNumberOfAppsinUI(strCommand.mid(1).toInt());
+    } else if (strCommand.startsWith("a")) {
+        pPanel->setApplicationName(strCommand.mid(s_nTextPosition), indexOf(strCommand));
+    } else if (strCommand.startsWith("s")) {
+        pPanel->setPLCStatus(strCommand.mid(s_nTextPosition), indexOf(strCommand));
+    } else if (strCommand.startsWith("w0")) {
+        postWink(eWinkEvent_Off);
+    } else if (strCommand.startsWith("w1")) {
+        postWink(eWinkEvent_On);
+    }
+}
+
+void Console::leave()
+{
+    m_notifier->setEnabled(false);
+    std::cout << "Good bye!" << std::endl;
+    emit quit();
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QColor>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QImage>
+#include <QPixmap>
+#include <QSize>
+#include <QString>
+
+/**
+ * Branding and metrics of the panel: the one place that says what the panel is called, shows and measures.
+ *
+ * Needs a QGuiApplication, since it holds pictures. The texts are translated when the record is made.
+ */
+struct PanelInfo
+{
+    Q_DECLARE_TR_FUNCTIONS(PanelInfo)
+
+public:
+    /**
+     * Fills the record with the Quen branding and the metrics of a screen.
+     * @param oScreenSize size of the default screen in pixels; its width picks the row of metrics
+     */
+    explicit PanelInfo(const QSize& oScreenSize);
+
+    QString szBrand;
+    QString szMainText;
+    QString szSettingText;
+    QString szLbl_DeviceType;
+    QString szLbl_IdentNo; /**< empty: the panel hides the ident row */
+    QString szLbl_IPAddress;
+    QString szLbl_mask;
+    QString szLbl_GateWay;
+    QString szLbl_TargetVersion;
+    QString szLbl_PLCStatus;
+    QString szLbl_AppName;
+    QString szLbl_SystemDate;
+    QString szLbl_SystemTime;
+    QString szLbl_SystemSetting;
+    QIcon hSystemSettingIcon;
+    QPixmap hBitmapLogo;
+    QImage hSystemSettingUp;
+    QImage hSystemSettingDown;
+    int systemSettingFontSize; /**< pixels */
+    int mainTextFontSize;      /**< pixels */
+    int infoTextFontSize;      /**< pixels */
+    int infoTextBorderSize;
+    int infoTextLineGap;
+    int screenWidth;  /**< pixels */
+    int screenHeight; /**< pixels */
+    int bannerSize;   /**< height of the banner in pixels */
+    int buttonWidth;  /**< pixels */
+    int buttonHeight; /**< pixels */
+    QColor bannerColor;
+    QColor mainTextColor;
+    QColor infoLabelColor;
+    QColor infoTextColor;
+    int scrollWidth; /**< width of the vertical scroll bar in pixels */
+    int spacing;     /**< gap between two rows in pixels */
+};

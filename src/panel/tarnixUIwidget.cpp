@@ -1,0 +1,394 @@
+#include "panel/tarnixUIwidget.h"
+
+#include "panel/console.h"
+#include "panel/panelinfo.h"
+#include "platform/ovikplatform.h"
+#include "ui_tarnixUIwidget.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QFileInfo>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QScrollBar>
+#include <QScroller>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr char s_szFontFamily[] = "Arial";
+constexpr char s_szDateFormat[] = "dd-MM-yyyy";
+constexpr char s_szTimeFormat[] = "HH:mm:ss";
+constexpr int s_nClockMilliseconds = 1000;
+constexpr int s_nMaxApplications = 1000;
+
+constexpr char s_szScrollBarSheet[] = "QScrollBar { background-color: rgb(220,220,220); }"
+                                      "QScrollBar:vertical { width: %1px; }"
+                                      "QScrollBar:horizontal { height: %1px; }"
+                                      "QScrollBar::handle { background-color: rgb(120,130,140); border-radius: 4px;"
+                                      " margin: 4px; min-width: 48px; min-height: 48px; }"
+                                      "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
+
+constexpr char s_szPipePath[] = "/tmp/tarnixUI";
+constexpr char s_szPipeMessage[] = "paintEvent finished";
+constexpr ssize_t s_nPipeMessageSize = sizeof(s_szPipeMessage) - 1;
+constexpr int s_nPipeDelayMilliseconds = 10;
+constexpr int s_nPipeRetryMilliseconds = 200;
+
+constexpr char s_szConfigurationApp[] = "/usr/bin/kadconfig-app";
+constexpr char s_szConfigurationCommand[] =
+    "/bin/bash -c \"QTDIR= QT_PLUGIN_PATH= LD_LIBRARY_PATH= /usr/bin/kadconfig-app &>/dev/null\"";
+
+bool isFifo(const char* szPath)
+{
+    struct stat oStatus = {};
+    return lstat(szPath, &oStatus) == 0 && S_ISFIFO(oStatus.st_mode);
+}
+
+void setTextColor(QWidget* pWidget, const QColor& oColor)
+{
+    QPalette oPalette = pWidget->palette();
+    oPalette.setColor(QPalette::WindowText, oColor);
+    pWidget->setPalette(oPalette);
+}
+
+} // namespace
+
+TarnixUI::TarnixUI(QWidget* pParent)
+    : QWidget(pParent), ui(new Ui_MorvaWidget),
+      m_pPanelInfo(new PanelInfo(QGuiApplication::primaryScreen()->geometry().size()))
+{
+    ui->setupUi(this);
+    setGeometry(QGuiApplication::primaryScreen()->geometry()); // full screen also where no window manager sees to it
+    populateUI();
+    enableTouchScrolling();
+    ui->scrollArea->verticalScrollBar()->setStyleSheet(
+        QStringLiteral("background-color:  %1;").arg(QStringLiteral("rgb(220,220,220)")));
+
+    QPalette oPalette = palette();
+    oPalette.setColor(QPalette::Window, Qt::white);
+    setPalette(oPalette);
+    setAutoFillBackground(true);
+
+    m_oSysTimeTimer.setInterval(s_nClockMilliseconds);
+    connect(&m_oSysTimeTimer, SIGNAL(timeout()), this, SLOT(onSysTimeTimerTimeOut()));
+    m_oSysTimeTimer.start();
+    connect(ui->toolButton, SIGNAL(clicked(bool)), this, SLOT(onToolbuttonClicked()));
+
+    auto* pConsole = new Console(this);
+    pConsole->run();
+    connect(pConsole, SIGNAL(quit()), qApp, SLOT(quit()));
+}
+
+TarnixUI::~TarnixUI()
+{
+    delete ui;
+    delete m_pPanelInfo;
+}
+
+void TarnixUI::populateUI()
+{
+    populateBanner();
+
+    ui->mainText->setText(m_pPanelInfo->szMainText);
+    QFont oMainFont = ui->mainText->font();
+    oMainFont.setFamily(s_szFontFamily);
+    oMainFont.setPixelSize(m_pPanelInfo->mainTextFontSize);
+    ui->mainText->setFont(oMainFont);
+    setTextColor(ui->mainText, m_pPanelInfo->mainTextColor);
+
+    populateRow(ui->deviceType_Label, m_pPanelInfo->szLbl_DeviceType, ui->deviceTypeForm_Label, "DeviceType");
+    setDeviceType(OVIKPlatform::getInstance()->GetDeviceNameAsString());
+    populateRow(ui->identNo_Label, m_pPanelInfo->szLbl_IdentNo, ui->identNoForm_Label, "IdentNo");
+    if (m_pPanelInfo->szLbl_IdentNo.isEmpty()) {
+        ui->identNo_Label->hide();
+        ui->identNoForm_Label->hide();
+    }
+    populateRow(ui->targetVersion_Label, m_pPanelInfo->szLbl_TargetVersion, ui->targetVersionForm_Label, "TargVer");
+    populateRow(ui->plcStatus_Label, m_pPanelInfo->szLbl_PLCStatus, ui->plcStatusForm_Label, "PLCStatus");
+    populateRow(ui->appname_Label, m_pPanelInfo->szLbl_AppName, ui->appnameForm_Label, "AppName");
+    populateRow(ui->systemDate_Label, m_pPanelInfo->szLbl_SystemDate, ui->systemDateForm_Label, "SystemDate");
+    populateRow(ui->systemTime_Label, m_pPanelInfo->szLbl_SystemTime, ui->systemTimeForm_Label, "SystemTime");
+    for (QLabel* pLabel : {ui->systemDate_Label, ui->systemDateForm_Label, ui->systemTime_Label,
+                           ui->systemTimeForm_Label}) {
+        watchDateTime(pLabel);
+    }
+}
+
+void TarnixUI::populateBanner()
+{
+    for (QLayout* pColumn : {ui->captionLayout, ui->valueLayout}) {
+        pColumn->setContentsMargins(0, 6, 0, 0);
+        pColumn->setSpacing(m_pPanelInfo->spacing);
+    }
+
+    ui->banner->setFixedHeight(m_pPanelInfo->bannerSize);
+    ui->banner->setStyleSheet(QStringLiteral("background-color: %1").arg(m_pPanelInfo->bannerColor.name()));
+    QPalette oPalette = ui->banner->palette();
+    oPalette.setBrush(QPalette::Window, m_pPanelInfo->bannerColor);
+    ui->banner->setPalette(oPalette);
+
+    ui->toolButton->setIcon(m_pPanelInfo->hSystemSettingIcon);
+    ui->toolButton->setIconSize(QSize(m_pPanelInfo->buttonWidth, m_pPanelInfo->buttonHeight));
+    ui->toolButton->setContentsMargins(0, 0, 0, 0);
+    ui->toolButton->setAutoRaise(true);
+
+    ui->systemSettingsLabel->setText(m_pPanelInfo->szLbl_SystemSetting);
+    QFont oFont = ui->systemSettingsLabel->font();
+    oFont.setPixelSize(m_pPanelInfo->systemSettingFontSize);
+    ui->systemSettingsLabel->setFont(oFont);
+    ui->logo->setPixmap(m_pPanelInfo->hBitmapLogo);
+}
+
+void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue)
+{
+    pCaption->setText(strCaption);
+    setInfoTextLabelStyle(pCaption, eType_Label);
+    pValue->setText(strValue);
+    setInfoTextLabelStyle(pValue, eType_Form);
+}
+
+void TarnixUI::watchDateTime(QLabel* pLabel)
+{
+    m_oSystemDateTimeWidgetList.append(pLabel);
+    pLabel->installEventFilter(this);
+}
+
+void TarnixUI::setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType)
+{
+    QFont oFont = pLabel->font();
+    oFont.setFamily(s_szFontFamily);
+    oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
+    oFont.setWeight(QFont::Bold);
+    pLabel->setFont(oFont);
+    // One height for all, whatever script a text is in, keeps the two columns in step.
+    pLabel->setFixedHeight(m_pPanelInfo->infoTextFontSize * 3 / 2);
+
+    if (eType == eType_Label) {
+        pLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        setTextColor(pLabel, m_pPanelInfo->mainTextColor);
+    } else if (eType == eType_Form) {
+        pLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        setTextColor(pLabel, m_pPanelInfo->infoTextColor);
+    }
+}
+
+void TarnixUI::enableTouchScrolling()
+{
+    const QString strSheet = QString(s_szScrollBarSheet).arg(m_pPanelInfo->scrollWidth);
+    ui->scrollArea->verticalScrollBar()->parentWidget()->setStyleSheet(strSheet);
+    ui->scrollArea->horizontalScrollBar()->parentWidget()->setStyleSheet(strSheet);
+    QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
+}
+
+void TarnixUI::setDeviceType(const QString& strText)
+{
+    ui->deviceTypeForm_Label->setText(strText);
+}
+
+void TarnixUI::setIdentNo(const QString& strText)
+{
+    Q_UNUSED(strText) // the device's other software requires that the number sent is never shown
+    ui->identNoForm_Label->setText(QString());
+}
+
+void TarnixUI::setTargetVersion(const QString& strText)
+{
+    ui->targetVersionForm_Label->setText(strText);
+}
+
+void TarnixUI::setNumberOfAppsinUI(int nCount)
+{
+    if (nCount < 1) {
+        return;
+    }
+    // The rows' keys start at 0 while commands address the extra applications from 1; the device's other software
+    // requires it so.
+    const int nRows = qMin(nCount, s_nMaxApplications) - 1;
+    QLayout* pLayout = ui->scrollAreaWidgetContents->layout();
+    pLayout->setEnabled(false); // else it would lay out all rows again for each one that appears
+    for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
+        setAppRowVisible(*it, false);
+    }
+    for (int nKey = 0; nKey < nRows; ++nKey) {
+        if (!m_oAppStatusUIMap.contains(nKey)) {
+            m_oAppStatusUIMap.insert(nKey, createAppRow());
+        }
+        setAppRowVisible(m_oAppStatusUIMap.value(nKey), true);
+    }
+    pLayout->setEnabled(true);
+}
+
+void TarnixUI::setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible)
+{
+    for (QLabel* pLabel :
+         {oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, oRow.m_pStatLabel, oRow.m_pStatFormLabel}) {
+        pLabel->setVisible(bVisible);
+    }
+}
+
+sAppStatusUIDetails TarnixUI::createAppRow()
+{
+    sAppStatusUIDetails oRow{};
+    oRow.m_pStatLabel = createAppLabel(m_pPanelInfo->szLbl_PLCStatus, eType_Label);
+    oRow.m_pAppNameLabel = createAppLabel(m_pPanelInfo->szLbl_AppName, eType_Label);
+    oRow.m_pStatFormLabel = createAppLabel(QString(), eType_Form);
+    oRow.m_pAppFormLabel = createAppLabel(QString(), eType_Form);
+    return oRow;
+}
+
+QLabel* TarnixUI::createAppLabel(const QString& strText, eLabelType eType)
+{
+    const bool bCaption = eType == eType_Label;
+    const QLabel* pFixedLabel = bCaption ? ui->appname_Label : ui->appnameForm_Label;
+    auto* pLabel = new QLabel(strText, this);
+    pLabel->setTextFormat(Qt::PlainText);
+    pLabel->setIndent(pFixedLabel->indent());
+    setInfoTextLabelStyle(pLabel, eType);
+    (bCaption ? ui->captionLayout : ui->valueLayout)->addWidget(pLabel);
+    return pLabel;
+}
+
+const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
+{
+    const auto it = m_oAppStatusUIMap.constFind(nIndex);
+    if (it == m_oAppStatusUIMap.constEnd()) {
+        // Names setPLCStatus for names too: the device's other software requires this text.
+        qWarning() << "setPLCStatus: ui element not found idx:" << nIndex << " size: " << m_oAppStatusUIMap.size();
+        return nullptr;
+    }
+    return &*it;
+}
+
+void TarnixUI::setApplicationName(const QString& strText, int nIndex)
+{
+    if (nIndex == 0) {
+        ui->appnameForm_Label->setText(strText);
+    } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
+        pRow->m_pAppFormLabel->setText(strText);
+    }
+}
+
+void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
+{
+    if (nIndex == 0) {
+        ui->plcStatusForm_Label->setText(strText);
+    } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
+        pRow->m_pStatFormLabel->setText(strText);
+    }
+}
+
+bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pEvent->type() != QEvent::MouseButtonRelease || isScrolling()) {
+        return QWidget::eventFilter(pWatched, pEvent);
+    }
+    if (m_oSystemDateTimeWidgetList.contains(pWatched)) {
+        onSystemDateTimeRequested();
+        return true;
+    }
+    return QWidget::eventFilter(pWatched, pEvent);
+}
+
+// The release that ends a drag of the rows is no tap.
+bool TarnixUI::isScrolling() const
+{
+    const QScroller::State eState = QScroller::scroller(ui->scrollArea->viewport())->state();
+    return eState == QScroller::Dragging || eState == QScroller::Scrolling;
+}
+
+void TarnixUI::onSysTimeTimerTimeOut()
+{
+    const QDateTime oNow = QDateTime::currentDateTime();
+    ui->systemDateForm_Label->setText(oNow.toString(s_szDateFormat));
+    ui->systemTimeForm_Label->setText(oNow.toString(s_szTimeFormat));
+}
+
+void TarnixUI::onSystemDateTimeRequested()
+{
+    onSysTimeTimerTimeOut();
+}
+
+void TarnixUI::onToolbuttonClicked()
+{
+    LaunchCtrlPanel();
+}
+
+void TarnixUI::LaunchCtrlPanel()
+{
+    for (int nDescriptor = 3; nDescriptor <= 254; ++nDescriptor) {
+        fcntl(nDescriptor, F_SETFD, FD_CLOEXEC);
+    }
+    if (!QFileInfo::exists(s_szConfigurationApp)) {
+        return;
+    }
+    QStringList oArguments = QProcess::splitCommand(QString(s_szConfigurationCommand));
+    QProcess oProcess;
+    oProcess.setProgram(oArguments.takeFirst());
+    oProcess.setArguments(oArguments);
+    // The child must neither read the runtime's commands nor hold the runtime's end of our output open.
+    oProcess.setStandardInputFile(QProcess::nullDevice());
+    oProcess.setStandardOutputFile(QProcess::nullDevice());
+    oProcess.setStandardErrorFile(QProcess::nullDevice());
+    oProcess.startDetached();
+}
+
+void TarnixUI::onProcessError(QProcess::ProcessError eError)
+{
+    Q_UNUSED(eError)
+}
+
+void TarnixUI::onProcessStarted() {}
+
+void TarnixUI::onProcessFinished(int nExitCode)
+{
+    Q_UNUSED(nExitCode)
+}
+
+void TarnixUI::paintEvent(QPaintEvent* pEvent)
+{
+    QWidget::paintEvent(pEvent);
+    static int s_nPaints = 0;
+    if (s_nPaints == 0) {
+        ++s_nPaints;
+        QTimer::singleShot(s_nPipeDelayMilliseconds, this, SLOT(writeToNamedPipe()));
+    }
+}
+
+void TarnixUI::writeToNamedPipe()
+{
+    if (mkfifo(s_szPipePath, 0777) != 0 && errno != EEXIST) {
+        qWarning() << "Failed to create named pipe for writing 1" << strerror(errno);
+        return;
+    }
+    const int nDescriptor = open(s_szPipePath, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    if (nDescriptor < 0) {
+        const int nError = errno;
+        if (nError == ENXIO && isFifo(s_szPipePath)) {
+            retryNamedPipe(); // nobody has it open for reading yet
+            return;
+        }
+        qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
+        return;
+    }
+    const bool bWritten = write(nDescriptor, s_szPipeMessage, s_nPipeMessageSize) == s_nPipeMessageSize;
+    const int nError = errno;
+    ::close(nDescriptor);
+    if (bWritten) {
+        qWarning() << "writeToNamedPipe" << "Written message to named pipe successfully";
+        return;
+    }
+    qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
+    if (nError == EPIPE) {
+        retryNamedPipe(); // the reader went away before the message reached it
+    }
+}
+
+void TarnixUI::retryNamedPipe()
+{
+    QTimer::singleShot(s_nPipeRetryMilliseconds, this, SLOT(writeToNamedPipe()));
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QPointer>
+#include <QProcess>
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class Ui_MorvaWidget;
+struct PanelInfo;
+
+/** What a label of the panel is for. */
+enum eLabelType {
+    eType_Label = 0, /**< a caption, such as "PLC Status:" */
+    eType_Form = 1   /**< a value, shown beside a caption */
+};
+
+/** The labels of one application beyond the first; all are owned by the widget tree. */
+struct sAppStatusUIDetails
+{
+    QLabel* m_pAppNameLabel;  /**< caption of the application's name */
+    QLabel* m_pAppFormLabel;  /**< the application's name */
+    QLabel* m_pStatLabel;     /**< caption of the PLC status */
+    QLabel* m_pStatFormLabel; /**< the PLC status */
+};
+
+/**
+ * The panel: the one full-screen window of the device, with a banner, a main text and rows of captions and values.
+ *
+ * The command channel (Console), which it owns, fills the values; it keeps the clock itself, tells the runtime through
+ * the named pipe "/tmp/tarnixUI" that it is on screen, and starts the platform's configuration application.
+ */
+class TarnixUI : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** Builds the panel for the default screen and, as the last step, opens the command channel. */
+    explicit TarnixUI(QWidget* pParent = nullptr);
+    ~TarnixUI() override;
+
+    /** Shows the text as device type. Text from the runtime is shown as it stands, never as markup. */
+    void setDeviceType(const QString& strText);
+
+    /** Blanks the ident value, whatever the text is. */
+    void setIdentNo(const QString& strText);
+
+    /** Shows the text as version of the runtime's target. */
+    void setTargetVersion(const QString& strText);
+
+    /**
+     * Shows the rows of a number of applications: the fixed ones and nCount - 1 extra ones, made on demand.
+     * @param nCount number of loaded applications; below 1 nothing happens, above 1000 it counts as 1000, since the
+     *               three digits of a command's index reach no further
+     */
+    void setNumberOfAppsinUI(int nCount);
+
+    /**
+     * Shows the name of an application.
+     * @param nIndex 0 is the fixed row, any other the extra row with that key; an unknown one is logged
+     */
+    void setApplicationName(const QString& strText, int nIndex);
+
+    /**
+     * Shows the PLC status of an application as it was sent.
+     * @param nIndex 0 is the fixed row, any other the extra row with that key; an unknown one is logged
+     */
+    void setPLCStatus(const QString& strText, int nIndex);
+
+    /** Lets the panel see the taps on its values; see QObject::eventFilter. Returns true for a tap that it handled. */
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+protected:
+    /** Paints the panel; the first paint of the process schedules the start-up notice. */
+    void paintEvent(QPaintEvent* pEvent) override;
+
+private slots:
+    void onSysTimeTimerTimeOut();
+    void onSystemDateTimeRequested();
+    void onToolbuttonClicked();
+    void onProcessError(QProcess::ProcessError eError);
+    void onProcessStarted();
+    void onProcessFinished(int nExitCode);
+    void writeToNamedPipe();
+
+private:
+    void populateUI();
+    void populateBanner();
+    void populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue);
+    void watchDateTime(QLabel* pLabel);
+    void setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType);
+    void enableTouchScrolling();
+    QLabel* createAppLabel(const QString& strText, eLabelType eType);
+    sAppStatusUIDetails createAppRow();
+    static void setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible);
+    const sAppStatusUIDetails* findAppRow(int nIndex) const;
+    bool isScrolling() const;
+    void LaunchCtrlPanel();
+    void retryNamedPipe();
+
+    Ui_MorvaWidget* ui;
+    QList<QObject*> m_oSystemDateTimeWidgetList;
+    PanelInfo* m_pPanelInfo;
+    QTimer m_oSysTimeTimer;
+    QPointer<QProcess> m_pShowCtrlPanel; // stays null
+    QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
+    QString m_strDeviceName;
+};

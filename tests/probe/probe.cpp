@@ -1,0 +1,98 @@
+#include <QApplication>
+#include <QGenericPlugin>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QLocalServer>
+#include <QLocalSocket>
+
+namespace {
+
+QJsonArray toJson(const QRect& oRect)
+{
+    return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
+}
+
+QJsonObject describe(const QWidget* pWidget)
+{
+    const QWidget* pWindow = pWidget->window();
+    QJsonObject oJson{{"name", pWidget->objectName()},
+                      {"class", pWidget->metaObject()->className()},
+                      {"parent", pWidget->parentWidget() ? pWidget->parentWidget()->objectName() : QString()},
+                      {"visible", pWidget->isVisible()},
+                      {"rect", toJson(QRect(pWidget->mapToGlobal(QPoint()), pWidget->size()))},
+                      {"minimum", toJson(QRect(QPoint(), pWidget->minimumSizeHint()))},
+                      {"flags", static_cast<int>(pWindow->windowFlags())},
+                      {"font", pWidget->font().toString()},
+                      {"color", pWidget->palette().color(QPalette::WindowText).name()}};
+    if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
+        oJson["text"] = pLabel->text();
+        oJson["alignment"] = static_cast<int>(pLabel->alignment());
+        oJson["wraps"] = pLabel->wordWrap();
+    }
+    return oJson;
+}
+
+QByteArray describeAll()
+{
+    QJsonArray oAll;
+    const QWidgetList oTopLevels = QApplication::topLevelWidgets();
+    for (const QWidget* pTopLevel : oTopLevels) {
+        oAll.append(describe(pTopLevel));
+        const QList<QWidget*> oChildren = pTopLevel->findChildren<QWidget*>();
+        for (const QWidget* pChild : oChildren) {
+            oAll.append(describe(pChild));
+        }
+    }
+    return QJsonDocument(oAll).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace
+
+/** Answers every line on its local socket with a description of all widgets of the program that it is loaded into. */
+class Probe : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Probe(const QString& strPath)
+    {
+        connect(&m_oServer, SIGNAL(newConnection()), this, SLOT(onNewConnection()));
+        m_oServer.listen(strPath);
+    }
+
+private slots:
+    void onNewConnection()
+    {
+        connect(m_oServer.nextPendingConnection(), SIGNAL(readyRead()), this, SLOT(onReadyRead()));
+    }
+
+    void onReadyRead()
+    {
+        auto* pSocket = static_cast<QLocalSocket*>(sender());
+        while (pSocket->canReadLine()) {
+            pSocket->readLine();
+            pSocket->write(describeAll());
+        }
+    }
+
+private:
+    QLocalServer m_oServer;
+};
+
+/** Loaded by Qt into the real program through QT_QPA_GENERIC_PLUGINS=probe:SOCKET, so that tests can look at widgets. */
+class ProbePlugin : public QGenericPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "probe.json")
+
+public:
+    QObject* create(const QString& strName, const QString& strPath) override
+    {
+        Q_UNUSED(strName)
+        return new Probe(strPath);
+    }
+};
+
+#include "probe.moc"

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRect>
+#include <memory>
+
+/** A virtual X display of its own, ended with the object. */
+class Display
+{
+public:
+    /** @param oSize of the only screen, in pixels; the display is ready when the constructor returns */
+    explicit Display(const QSize& oSize);
+    ~Display();
+
+    /** Returns the value for DISPLAY, empty if the server did not start. */
+    QString name() const { return m_strName; }
+
+    /** Runs xdotool with the arguments and waits for it; real pointer events, as from a touch screen. */
+    bool pointer(const QStringList& oArguments) const;
+
+private:
+    QProcess m_oServer;
+    QString m_strName;
+};
+
+/** One widget of the running panel, as the probe in it tells. */
+struct sWidget
+{
+    QString m_strName;
+    QString m_strClass;
+    QString m_strParent;
+    QString m_strText;
+    QString m_strFont;
+    QString m_strColor;
+    QRect m_oRect; /**< in screen pixels */
+    QSize m_oMinimum;
+    int m_nAlignment = 0;
+    int m_nWindowFlags = 0;
+    bool m_bVisible = false;
+    bool m_bWraps = false;
+};
+
+/** The real program as a child process, with the test in the place of the runtime. Killed with the object. */
+class PanelProcess
+{
+public:
+    /** @param strDisplay value for DISPLAY; empty runs the program on the offscreen platform */
+    explicit PanelProcess(const QString& strDisplay = QString());
+    ~PanelProcess();
+
+    /** The child; not started yet, so that a test can still change how it is started. */
+    QProcess& process() { return m_oProcess; }
+
+    /** Starts the program and waits for its greeting; returns false if none comes. */
+    bool start();
+
+    /** Sends bytes as they are. */
+    void send(const QByteArray& oBytes);
+
+    /** Sends "quit" and waits for the end; returns the exit status, -1 if it did not end by itself. */
+    int quit();
+
+    /** Returns all that the program has written to standard output until now. */
+    QByteArray output();
+
+    /** Returns all that the program has written to its log until now. */
+    QByteArray log() const;
+
+    /** Waits up to 10 s for the log to hold the text. */
+    bool waitForLog(const QByteArray& oText);
+
+    /** Asks the program for its widgets; the answer comes from its event loop. Empty if it does not answer. */
+    QList<sWidget> widgets();
+
+    /** Returns the named widget; a nameless one if there is none. */
+    sWidget widget(const QString& strName);
+
+    /** Waits up to 10 s for the named label to show the text; returns what it shows at last. */
+    QString waitForText(const QString& strName, const QString& strText);
+
+private:
+    QProcess m_oProcess;
+    QLocalSocket m_oProbe;
+    QString m_strSocket;
+    QByteArray m_oOutput;
+};
