@@ -6,7 +6,7 @@ packages=(
     build-essential clang cmake ninja-build libclang-rt-14-dev
     qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
     fonts-liberation fonts-dejavu-core imagemagick openbox
-    iproute2 util-linux x11-utils xdotool xserver-xephyr xvfb
+    iproute2 strace util-linux x11-utils xdotool xserver-xephyr xvfb
 )
 
 missing=()
