@@ -5,18 +5,25 @@
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDebug>
+#include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 namespace {
 
+using Interface = OVIK::NetworkConfiguration::Interface;
+
 const QString g_strService = QStringLiteral("com.quen.OVIK");
 const QString g_strRootPath = QStringLiteral("/");
+const QString g_strDefaultInterface = QStringLiteral("eth0");
 const QString g_strNTPService = QStringLiteral("ntpd");
 constexpr int g_nProbeTimeoutMs = 5000;
 constexpr int g_nProbes = 3;
 constexpr int g_nRootAttempts = 3;
+constexpr int g_nMacBytes = 6;
 
 QDBusConnection* openConnection(QDBusConnection::BusType eBus)
 {
@@ -60,6 +67,21 @@ Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnect
     if (!pProxy->isValid())
         qWarning() << pInvalidText << oConnection.lastError();
     return pProxy;
+}
+
+quint32 toIPv4(const QString& strAddress)
+{
+    return QHostAddress(strAddress).toIPv4Address();
+}
+
+/** Reads strJSON into oInterface; false when it does not describe an interface. */
+bool describesInterface(const QString& strJSON, Interface& oInterface)
+{
+    try {
+        return oInterface.fromJSON(strJSON) && !oInterface.name.isEmpty();
+    } catch (const json::Exception&) {
+        return false;
+    }
 }
 
 /** Reads two characters of the version text, which has no NUL at its end, as a decimal number. */
@@ -187,6 +209,153 @@ void OVIKPlatform::createObjectProxies()
 bool OVIKPlatform::isConnectedOrInit()
 {
     return m_ovikConnection || Init();
+}
+
+bool OVIKPlatform::SetInterfaceName(const char* pName)
+{
+    ifName = QString::fromUtf8(pName);
+    if (ifName.isEmpty())
+        ifName = g_strDefaultInterface;
+    return true;
+}
+
+bool OVIKPlatform::GetMacAddress(unsigned char* pAddress)
+{
+    std::copy(std::begin(macAddress), std::end(macAddress), pAddress);
+    return true;
+}
+
+quint32 OVIKPlatform::GetIpAddress()
+{
+    return ipAddress;
+}
+
+QString OVIKPlatform::GetIpAddressAsString()
+{
+    return QHostAddress(ipAddress).toString();
+}
+
+// Required by the device's other software: each setter of an address switches DHCP off.
+bool OVIKPlatform::SetIpAddress(quint32 nAddress)
+{
+    ipAddress = nAddress;
+    dhcp = false;
+    return true;
+}
+
+quint32 OVIKPlatform::GetNetmask()
+{
+    return netMask;
+}
+
+bool OVIKPlatform::SetNetmask(quint32 nNetmask)
+{
+    netMask = nNetmask;
+    dhcp = false;
+    return true;
+}
+
+quint32 OVIKPlatform::GetGateWay()
+{
+    return gateWay;
+}
+
+bool OVIKPlatform::SetGateWay(quint32 nGateWay)
+{
+    gateWay = nGateWay;
+    dhcp = false;
+    return true;
+}
+
+bool OVIKPlatform::GetDHCP()
+{
+    return dhcp;
+}
+
+bool OVIKPlatform::SetDHCP(bool bDHCP)
+{
+    dhcp = bDHCP;
+    return true;
+}
+
+bool OVIKPlatform::UpdateNetworkSettings()
+{
+    if (!isConnectedOrInit() || !m_networkManager)
+        return false;
+    QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
+    oReply.waitForFinished();
+    // Required by the device's other software: an error reply is not reported, and the cache keeps what it
+    // has.
+    if (oReply.isError())
+        return true;
+    Interface oInterface;
+    try {
+        oInterface.fromJSON(oReply.value());
+    } catch (const json::Exception&) {
+        return true;
+    }
+    cacheSettings(oInterface);
+    return true;
+}
+
+void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oInterface)
+{
+    dhcp = oInterface.dhcp;
+    ipAddress = toIPv4(dhcp ? oInterface.actual_ip_address : oInterface.ip_address);
+    netMask = toIPv4(dhcp ? oInterface.actual_netmask : oInterface.netmask);
+    gateWay = toIPv4(dhcp ? oInterface.actual_gateway_ip : oInterface.gateway_ip);
+    // Without this an interface that has no MAC address would show that of the interface read before.
+    std::fill(std::begin(macAddress), std::end(macAddress), quint8(0));
+    const QStringList oParts = oInterface.mac_address.split(QLatin1Char(':'));
+    std::transform(oParts.cbegin(), oParts.cbegin() + std::min(oParts.size(), g_nMacBytes),
+                   std::begin(macAddress),
+                   [](const QString& strPart) { return static_cast<quint8>(strPart.toInt(nullptr, 16)); });
+}
+
+bool OVIKPlatform::SetNetworkSettings()
+{
+    if (!isConnectedOrInit() || !m_networkManager)
+        return false;
+    QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
+    oReply.waitForFinished();
+    Interface oInterface;
+    if (oReply.isError() || !describesInterface(oReply.value(), oInterface))
+        return false;
+    oInterface.dhcp = dhcp;
+    if (!dhcp) {
+        oInterface.ip_address = QHostAddress(ipAddress).toString();
+        oInterface.netmask = QHostAddress(netMask).toString();
+        oInterface.gateway_ip = QHostAddress(gateWay).toString();
+    }
+    // Not awaited: only a call that cannot be sent is an error by now.
+    if (m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON()).isError())
+        return false;
+    m_networkManager->applyNewConfiguration();
+    return true;
+}
+
+QHostAddress OVIKPlatform::GetBestInterfaceIP()
+{
+    if (!isConnectedOrInit() || !m_networkManager)
+        return {};
+    QDBusPendingReply<QString> oReply = m_networkManager->getConfigJSON();
+    oReply.waitForFinished();
+    if (oReply.isError())
+        return {};
+    OVIK::NetworkConfiguration oConfiguration;
+    try {
+        oConfiguration.fromJSON(oReply.value());
+    } catch (const json::Exception&) {
+        return {};
+    }
+    for (const Interface* pInterface : std::as_const(oConfiguration.interfaces)) {
+        if (!pInterface || pInterface->hidden)
+            continue;
+        const QHostAddress oAddress(pInterface->actual_ip_address);
+        if (!oAddress.isNull())
+            return oAddress;
+    }
+    return {};
 }
 
 quint32 OVIKPlatform::GetVersion()

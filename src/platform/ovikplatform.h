@@ -1,5 +1,7 @@
 #pragma once
 
+#include "network/oviknetworkmanager.h"
+
 #include <QDBusConnection>
 #include <QHostAddress>
 #include <QObject>
@@ -150,6 +152,7 @@ private:
     void waitForRootObject();
     void createObjectProxies();
     bool isConnectedOrInit();
+    void cacheSettings(const OVIK::NetworkConfiguration::Interface& oInterface);
 
     static bool m_bInstanceFlag;
     static OVIKPlatform* m_pInstance;
