@@ -327,8 +327,9 @@ bool OVIKPlatform::SetNetworkSettings()
         oInterface.netmask = QHostAddress(netMask).toString();
         oInterface.gateway_ip = QHostAddress(gateWay).toString();
     }
-    // Not awaited: only a call that cannot be sent is an error by now.
-    if (m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON()).isError())
+    m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON());
+    // What the service refuses goes unnoticed, however fast it replies: an error at once is a lost connection.
+    if (!m_ovikConnection->isConnected())
         return false;
     m_networkManager->applyNewConfiguration();
     return true;
