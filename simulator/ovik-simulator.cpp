@@ -1,0 +1,101 @@
+#include "simulatedservice.h"
+#include "steering.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+
+#include <iostream>
+
+namespace {
+
+constexpr int g_nFailed = 1;
+const QString g_strSteeringName = QStringLiteral("com.quen.OVIK.Simulator");
+const QString g_strSteeringPath = QStringLiteral("/Simulator");
+
+void addOptions(QCommandLineParser& oParser)
+{
+    oParser.setApplicationDescription(QStringLiteral(
+        "Plays the device's platform service com.quen.OVIK. Steered as com.quen.OVIK.Simulator."));
+    oParser.addHelpOption();
+    oParser.addOptions({
+        {QStringLiteral("system"), QStringLiteral("Publish on the system bus.")},
+        {QStringLiteral("session"), QStringLiteral("Publish on the session bus (default).")},
+        {QStringLiteral("address"), QStringLiteral("Publish on the bus at <address>."),
+         QStringLiteral("address")},
+        {QStringLiteral("config"), QStringLiteral("Start with the network configuration in <file>."),
+         QStringLiteral("file")},
+        {QStringLiteral("world"), QStringLiteral("Start in the world <name> or <name>=<argument>."),
+         QStringLiteral("name"), QStringLiteral("well")},
+        {QStringLiteral("lease-delay"), QStringLiteral("Give DHCP leases after <ms> milliseconds."),
+         QStringLiteral("ms"), QStringLiteral("2000")},
+    });
+}
+
+SimulatedService::fnConnect busOf(const QCommandLineParser& oParser)
+{
+    const QString strAddress = oParser.value(QStringLiteral("address"));
+    if (!strAddress.isEmpty())
+        return [=](const QString& strName) { return QDBusConnection::connectToBus(strAddress, strName); };
+    const auto eBus =
+        oParser.isSet(QStringLiteral("system")) ? QDBusConnection::SystemBus : QDBusConnection::SessionBus;
+    return [=](const QString& strName) { return QDBusConnection::connectToBus(eBus, strName); };
+}
+
+/** Returns the text of the file; an empty one, which is no network configuration, when it cannot be read. */
+QString documentIn(const QString& strFile)
+{
+    QFile oFile(strFile);
+    if (!oFile.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(oFile.readAll());
+}
+
+/** Publishes the steering object; quits the program when the bus goes away. */
+bool publishSteering(QDBusConnection oBus, Steering& oSteering)
+{
+    oBus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                 QCoreApplication::instance(), SLOT(quit()));
+    return oBus.registerObject(g_strSteeringPath, &oSteering) && oBus.registerService(g_strSteeringName);
+}
+
+int fail(const std::string& strReason)
+{
+    std::cerr << "ovik-simulator: " << strReason << std::endl;
+    return g_nFailed;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication oApplication(argc, argv);
+    QCommandLineParser oParser;
+    addOptions(oParser);
+    oParser.process(oApplication);
+    registerOVIKRecords();
+
+    const bool bFile = oParser.isSet(QStringLiteral("config"));
+    Device oDevice(bFile ? documentIn(oParser.value(QStringLiteral("config")))
+                         : NetworkDocument::ofThisMachine(),
+                   oParser.value(QStringLiteral("lease-delay")).toInt(), nullptr);
+    if (!oDevice.clear())
+        return fail("no network configuration in the file");
+
+    World oWorld;
+    const QString strWorld = oParser.value(QStringLiteral("world"));
+    if (!oWorld.set(strWorld.section(QLatin1Char('='), 0, 0), strWorld.section(QLatin1Char('='), 1)))
+        return fail("no such world");
+
+    const SimulatedService::fnConnect fnConnectToBus = busOf(oParser);
+    Steering oSteering(oDevice, oWorld, nullptr);
+    if (!publishSteering(fnConnectToBus(QStringLiteral("steering")), oSteering))
+        return fail("cannot reach the bus, or another simulator is on it");
+    SimulatedService oService(oDevice, oWorld, fnConnectToBus, nullptr);
+    if (!oService.publish())
+        return fail("the bus does not let it publish the service");
+
+    std::cout << "ready" << std::endl;
+    return QCoreApplication::exec();
+}

@@ -1,0 +1,168 @@
+#include "json/writer.h"
+
+#include <array>
+#include <charconv>
+#include <locale>
+#include <sstream>
+#include <string_view>
+
+namespace json {
+namespace {
+
+constexpr int nPrecision = 20;
+// A sign, digits, a point and an exponent.
+constexpr std::size_t nMaxNumberText = 32;
+constexpr std::ios_base::fmtflags nNumberFlags =
+    std::ios_base::floatfield | std::ios_base::showpoint | std::ios_base::showpos | std::ios_base::uppercase;
+
+/** Returns the letter that follows the backslash when c must be escaped, 0 when c is written as it is. */
+char EscapeLetter(char c)
+{
+    switch (c) {
+    case '"':
+    case '\\':
+        return c;
+    case '\b':
+        return 'b';
+    case '\f':
+        return 'f';
+    case '\n':
+        return 'n';
+    case '\r':
+        return 'r';
+    case '\t':
+        return 't';
+    default:
+        return 0;
+    }
+}
+
+/** Formats a number as ostr would without its locale. */
+std::string FormatAs(const std::ostream& ostr, double dNumber)
+{
+    std::ostringstream oText;
+    oText.imbue(std::locale::classic());
+    oText.flags(ostr.flags());
+    oText.precision(ostr.precision());
+    oText << dNumber;
+    return oText.str();
+}
+
+} // namespace
+
+void Writer::Write(const Object& object, std::ostream& ostr)
+{
+    Writer oWriter(ostr);
+    oWriter.Visit(object);
+    oWriter.WriteOpen();
+    ostr.flush();
+}
+
+void Writer::Visit(const Array& array)
+{
+    if (array.Empty()) {
+        WriteText("[]");
+    } else {
+        m_Open.push_back({&array, array.Begin(), nullptr, {}});
+    }
+}
+
+void Writer::Visit(const Object& object)
+{
+    if (object.Empty()) {
+        WriteText("{}");
+    } else {
+        m_Open.push_back({nullptr, {}, &object, object.Begin()});
+    }
+}
+
+void Writer::Visit(const Number& number)
+{
+    m_ostr.precision(nPrecision);
+    if ((m_ostr.flags() & nNumberFlags) != 0) {
+        WriteText(FormatAs(m_ostr, number.Value()));
+        return;
+    }
+    std::array<char, nMaxNumberText> szText;
+    const auto oEnd = std::to_chars(szText.data(), szText.data() + szText.size(), number.Value(),
+                                    std::chars_format::general, nPrecision);
+    WriteText({szText.data(), std::size_t(oEnd.ptr - szText.data())});
+}
+
+void Writer::Visit(const String& string)
+{
+    WriteString(string.Value());
+}
+
+void Writer::Visit(const Boolean& boolean)
+{
+    WriteText(boolean.Value() ? "true" : "false");
+}
+
+void Writer::Visit(const Null& /*null*/)
+{
+    WriteText("null");
+}
+
+// Containers only queue up here when they are visited, so that depth costs no stack.
+void Writer::WriteOpen()
+{
+    while (!m_Open.empty()) {
+        if (m_Open.back().pArray) {
+            WriteNextElement();
+        } else {
+            WriteNextMember();
+        }
+    }
+}
+
+void Writer::WriteNextElement()
+{
+    sOpen& open = m_Open.back();
+    if (open.itElement == open.pArray->End()) {
+        WriteText("]");
+        m_Open.pop_back();
+        return;
+    }
+    WriteText(open.itElement == open.pArray->Begin() ? "[" : ",");
+    const UnknownElement& element = *open.itElement++;
+    element.Accept(*this);
+}
+
+void Writer::WriteNextMember()
+{
+    sOpen& open = m_Open.back();
+    if (open.itMember == open.pObject->End()) {
+        WriteText("}");
+        m_Open.pop_back();
+        return;
+    }
+    WriteText(open.itMember == open.pObject->Begin() ? "{" : ",");
+    const Object::Member& member = *open.itMember++;
+    WriteString(member.name);
+    WriteText(" : ");
+    member.element.Accept(*this);
+}
+
+void Writer::WriteString(std::string_view sValue)
+{
+    WriteText("\"");
+    std::size_t nWritten = 0;
+    for (std::size_t n = 0; n < sValue.size(); ++n) {
+        const char cLetter = EscapeLetter(sValue[n]);
+        if (cLetter != 0) {
+            WriteText(sValue.substr(nWritten, n - nWritten));
+            WriteText({std::array<char, 2>{'\\', cLetter}.data(), 2});
+            nWritten = n + 1;
+        }
+    }
+    WriteText(sValue.substr(nWritten));
+    WriteText("\"");
+}
+
+void Writer::WriteText(std::string_view sText)
+{
+    m_ostr.write(sText.data(), std::streamsize(sText.size()));
+}
+
+} // namespace json

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "json/elements.h"
+
+#include <ostream>
+#include <string_view>
+#include <vector>
+
+namespace json {
+
+/** Writes a document as JSON text on one line; only " : " between a member's name and its value has blanks.
+ */
+class Writer : private ConstVisitor
+{
+public:
+    /**
+     * Writes the object and flushes the stream; errors are left in the stream's state.
+     *
+     * Strings are written byte by byte as they are, but for the quotation mark, the backslash, \\b, \\f, \\n,
+     * \\r and
+     * \\t, which are escaped. Numbers are written with a precision of 20, which stays set on the stream, and
+     * with the stream's number format flags, but never with a locale's digits. Infinities and NaN are no
+     * JSON: they come out as a stream prints them.
+     */
+    static void Write(const Object& object, std::ostream& ostr);
+
+private:
+    /** A container that is being written, and what comes next in it. */
+    struct sOpen
+    {
+        const Array* pArray;
+        Array::const_iterator itElement;
+        const Object* pObject;
+        Object::const_iterator itMember;
+    };
+
+    explicit Writer(std::ostream& ostr) : m_ostr(ostr) {}
+
+    void Visit(const Array& array) override;
+    void Visit(const Object& object) override;
+    void Visit(const Number& number) override;
+    void Visit(const String& string) override;
+    void Visit(const Boolean& boolean) override;
+    void Visit(const Null& null) override;
+
+    void WriteOpen();
+    void WriteNextElement();
+    void WriteNextMember();
+    void WriteString(std::string_view sValue);
+    void WriteText(std::string_view sText);
+
+    std::ostream& m_ostr;
+    [[maybe_unused]] int m_nTabDepth = 0;
+    std::vector<sOpen> m_Open;
+};
+
+} // namespace json

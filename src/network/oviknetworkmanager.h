@@ -1,0 +1,172 @@
+#pragma once
+
+#include "json/elements.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+namespace OVIK {
+
+/**
+ * The network configuration that the platform service exchanges with the panel as JSON text.
+ *
+ * Text and bytes: fromJSON() turns its text into Latin-1 bytes, strings in the JSON are decoded as UTF-8, and
+ * strings are written as Latin-1 bytes. Only ASCII survives a round trip; the device's other software
+ * requires it so.
+ *
+ * In all classes:
+ * - fromJSON() reads a text. Returns false when it is empty or no JSON object, after one warning in the log.
+ * Returns true otherwise, even when fromJSONObject() refused what the text says; the device's other software
+ * requires it so.
+ * - fromJSONObject() reads an object; keys that it does not know are ignored. Returns false when it refuses
+ * the object.
+ * - Both let json::Exception through when a known key has a value of the wrong type; what was read before
+ * stays.
+ * - Numbers are truncated towards zero; what does not fit an int becomes the nearest int, NaN becomes 0.
+ * - toJSONObject() and toJSON() write the keys in the order that the service documents.
+ * - operator== compares all fields, owned records by their content.
+ */
+class NetworkConfiguration
+{
+public:
+    /** One network interface. Addresses, masks and gateways are dotted quads; nothing checks their form. */
+    class Interface
+    {
+    public:
+        ~Interface() = default;
+
+        /** Reads a text; see the class NetworkConfiguration. */
+        bool fromJSON(const QString& text);
+        /** Reads an object. Absent keys leave their field as it is. Returns false without a name, after a
+         * warning. */
+        bool fromJSONObject(const json::Object& object);
+        /** Builds the object; empty strings and metrics of 0 are left out, the name and the flags never. */
+        json::Object toJSONObject() const;
+        /** Builds the object and writes it as text. */
+        QString toJSON() const;
+
+        bool operator==(const Interface& other) const;
+
+        QString name;
+        QString label;
+        bool readOnly = true;
+        bool dhcp = false;
+        /** The configured metric; actual_ fields hold what is in force on the device. */
+        int metric = 0;
+        int actual_metric = 0;
+        QString netmask;
+        QString actual_netmask;
+        QString mac_address;
+        QString ip_address;
+        QString actual_ip_address;
+        QString gateway_ip;
+        QString actual_gateway_ip;
+        bool virt = true;
+        bool hidden = true;
+        bool configured = false;
+    };
+
+    /** The DNS settings. */
+    class Dns
+    {
+    public:
+        /** Reads a text; see the class NetworkConfiguration. */
+        bool fromJSON(const QString& text);
+        /** Replaces both lists; an entry without an address or name becomes an empty string. Always returns
+         * true. */
+        bool fromJSONObject(const json::Object& object);
+        /** Builds the object; both lists are always there. */
+        json::Object toJSONObject() const;
+        /** Builds the object and writes it as text. */
+        QString toJSON() const;
+
+        bool operator==(const Dns& other) const;
+
+        /** The servers' addresses. */
+        QStringList nameservers;
+        /** The search domains. */
+        QStringList search;
+    };
+
+    /** The bridges of the device. Owns the records in its list. */
+    class BridgeService
+    {
+    public:
+        /** One bridge. */
+        class BridgeInterface
+        {
+        public:
+            bool operator==(const BridgeInterface& other) const;
+
+            QString bridgeName;
+            QStringList bridgedInterfaces;
+            /** The spanning tree protocol; read from "std" but written as "stp". */
+            bool stp = true;
+            /** The forward delay in seconds. */
+            int fd = 5;
+            /** The options for the DHCP client on the bridge. */
+            QString udhcpOpts = QStringLiteral("-t 30 -T 35");
+        };
+
+        BridgeService() = default;
+        /** Copies the bridges too. */
+        BridgeService(const BridgeService& other);
+        /** Deletes the bridges. */
+        ~BridgeService();
+        /** Deletes the bridges and takes copies of the other's. */
+        BridgeService& operator=(const BridgeService& other);
+
+        /** Reads a text; see the class NetworkConfiguration. */
+        bool fromJSON(const QString& text);
+        /**
+         * Reads an object; interfaces and bridges are added to those that are there. A bridge without a name
+         * or with a name that is taken is left out after a warning. Always returns true.
+         */
+        bool fromJSONObject(const json::Object& object);
+        /** Builds the object; all keys are always there. */
+        json::Object toJSONObject() const;
+        /** Builds the object and writes it as text. */
+        QString toJSON() const;
+
+        bool operator==(const BridgeService& other) const;
+
+        bool enabled = false;
+        QStringList interfaces;
+        /** The bridges by name, owned. */
+        QMap<QString, BridgeInterface*> list;
+    };
+
+    NetworkConfiguration() = default;
+    /** Copies the interfaces and bridges too. */
+    NetworkConfiguration(const NetworkConfiguration& other);
+    /** Deletes the interfaces and, through bridge, the bridges. */
+    ~NetworkConfiguration();
+    /** Deletes the interfaces and bridges and takes copies of the other's. */
+    NetworkConfiguration& operator=(const NetworkConfiguration& other);
+
+    /** Reads a text; see above. */
+    bool fromJSON(const QString& text);
+    /**
+     * Reads an object into this one, key by key. Returns false, after a warning, when the version is missing,
+     * when this document has a version other than 0 already, when an interface has no name, or when two have
+     * the same. The interfaces are replaced only when all could be read and stay as they are when the key is
+     * absent.
+     */
+    bool fromJSONObject(const json::Object& object);
+    /** Builds the object; all keys are always there. */
+    json::Object toJSONObject() const;
+    /** Builds the object and writes it as text. */
+    QString toJSON() const;
+
+    bool operator==(const NetworkConfiguration& other) const;
+
+    int version = 0;
+    Dns dns;
+    QString hostname;
+    BridgeService bridge;
+    /** The interfaces by name, owned. */
+    QMap<QString, Interface*> interfaces;
+};
+
+} // namespace OVIK

@@ -1,0 +1,41 @@
+#include "support/childprocess.h"
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace {
+
+constexpr int g_nTimeoutMs = 60000;
+
+} // namespace
+
+ChildProcess::ChildProcess()
+{
+    setProcessChannelMode(MergedChannels);
+}
+
+ChildProcess::~ChildProcess()
+{
+    kill();
+    waitForFinished();
+}
+
+QString ChildProcess::startAndReadLine(const QString& strProgram, const QStringList& oArguments)
+{
+    start(strProgram, oArguments);
+    return waitForStarted() ? nextLine() : QString();
+}
+
+QString ChildProcess::nextLine()
+{
+    while (!canReadLine()) {
+        if (!waitForReadyRead(g_nTimeoutMs))
+            return {};
+    }
+    return QString::fromUtf8(readLine()).chopped(1);
+}
+
+void ChildProcess::setupChildProcess()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "support/childprocess.h"
+
+#include <QTemporaryDir>
+
+/** A message bus of the test's own. It can be stopped and started again at the same address. */
+class PrivateBus
+{
+public:
+    /** Prepares a bus that answers a call itself when its receiver has not within nReplyTimeoutMs
+     * milliseconds. */
+    explicit PrivateBus(int nReplyTimeoutMs = 3000);
+
+    /** Starts the bus; returns false when it does not come up. */
+    bool start();
+
+    /** Stops the bus, and with it the connections of all who are on it. */
+    void stop();
+
+    /** Returns the address, for the environment of programs that are to find the bus. */
+    QString address() const;
+
+private:
+    QTemporaryDir m_oFolder;
+    ChildProcess m_oDaemon;
+};
