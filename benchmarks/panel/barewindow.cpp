@@ -1,4 +1,5 @@
-// The least that a panel could be: the peer that the panel's start, memory and idle time are measured against.
+// The least that a panel could be: the peer that the panel's start, memory and idle time are measured
+// against.
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>

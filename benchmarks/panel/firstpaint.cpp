@@ -6,15 +6,18 @@
 #include <ctime>
 
 /**
- * Writes the monotonic time in nanoseconds to standard error when the first paint of the program is on the screen, and
- * ends the program after the given number of milliseconds (0: never).
+ * Writes the monotonic time in nanoseconds to standard error when the first paint of the program is on the
+ * screen, and ends the program after the given number of milliseconds (0: never).
  */
 class FirstPaint : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit FirstPaint(int nMilliseconds) : m_nMilliseconds(nMilliseconds) { qApp->installEventFilter(this); }
+    explicit FirstPaint(int nMilliseconds) : m_nMilliseconds(nMilliseconds)
+    {
+        qApp->installEventFilter(this);
+    }
 
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override
     {

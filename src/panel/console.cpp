@@ -20,7 +20,8 @@
 namespace {
 
 constexpr std::size_t s_nChunkSize = 65536;
-constexpr qint64 s_nWorkMilliseconds = 20; // well below the tenth of a second within which a touch is answered
+constexpr qint64 s_nWorkMilliseconds =
+    20; // well below the tenth of a second within which a touch is answered
 constexpr int s_nIndexPosition = 1;
 constexpr int s_nIndexLength = 3;
 constexpr int s_nTextPosition = s_nIndexPosition + s_nIndexLength;

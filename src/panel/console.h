@@ -6,8 +6,9 @@
 class QSocketNotifier;
 
 /**
- * The command channel: reads the runtime's commands from standard input, one a line, and carries them out on the
- * panel, the platform client or the wink singleton. Standard output gets a greeting and a farewell, nothing else.
+ * The command channel: reads the runtime's commands from standard input, one a line, and carries them out on
+ * the panel, the platform client or the wink singleton. Standard output gets a greeting and a farewell,
+ * nothing else.
  *
  * Its parent must be the TarnixUI panel that the commands are meant for.
  */
@@ -17,16 +18,17 @@ class Console : public QObject
 
 public:
     /**
-     * Keeps standard input, output and error from being mistaken: a stream that was closed before the start is
-     * opened on the null device, so that no other descriptor gets its number, and writing to a reader that has gone
-     * no longer ends the process. To be called before anything else opens a descriptor.
+     * Keeps standard input, output and error from being mistaken: a stream that was closed before the start
+     * is opened on the null device, so that no other descriptor gets its number, and writing to a reader that
+     * has gone no longer ends the process. To be called before anything else opens a descriptor.
      */
     static void guardStandardStreams();
 
     /** @param pParent the panel (TarnixUI), which owns the console */
     explicit Console(QObject* pParent);
 
-    /** Greets the runtime with "First message" and the prompt "> ", then starts to listen on standard input. */
+    /** Greets the runtime with "First message" and the prompt "> ", then starts to listen on standard input.
+     */
     void run();
 
 signals:
@@ -35,8 +37,9 @@ signals:
 
 private slots:
     /**
-     * Carries out every complete line that has arrived, in order, and keeps what follows the last newline for the
-     * next call. Never waits for input; gives the event loop a turn after a few milliseconds of work and then goes on.
+     * Carries out every complete line that has arrived, in order, and keeps what follows the last newline for
+     * the next call. Never waits for input; gives the event loop a turn after a few milliseconds of work and
+     * then goes on.
      */
     void readCommand();
 

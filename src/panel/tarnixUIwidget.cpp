@@ -8,7 +8,9 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QFileInfo>
+#include <QHostAddress>
 #include <QMouseEvent>
+#include <QNetworkInterface>
 #include <QScreen>
 #include <QScrollBar>
 #include <QScroller>
@@ -22,16 +24,19 @@ namespace {
 
 constexpr char s_szFontFamily[] = "Arial";
 constexpr char s_szDateFormat[] = "dd-MM-yyyy";
+constexpr char s_szDHCP[] = "DHCP";
 constexpr char s_szTimeFormat[] = "HH:mm:ss";
 constexpr int s_nClockMilliseconds = 1000;
+constexpr int s_nNetworkMilliseconds = 10000;
 constexpr int s_nMaxApplications = 1000;
 
-constexpr char s_szScrollBarSheet[] = "QScrollBar { background-color: rgb(220,220,220); }"
-                                      "QScrollBar:vertical { width: %1px; }"
-                                      "QScrollBar:horizontal { height: %1px; }"
-                                      "QScrollBar::handle { background-color: rgb(120,130,140); border-radius: 4px;"
-                                      " margin: 4px; min-width: 48px; min-height: 48px; }"
-                                      "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
+constexpr char s_szScrollBarSheet[] =
+    "QScrollBar { background-color: rgb(220,220,220); }"
+    "QScrollBar:vertical { width: %1px; }"
+    "QScrollBar:horizontal { height: %1px; }"
+    "QScrollBar::handle { background-color: rgb(120,130,140); border-radius: 4px;"
+    " margin: 4px; min-width: 48px; min-height: 48px; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
 
 constexpr char s_szPipePath[] = "/tmp/tarnixUI";
 constexpr char s_szPipeMessage[] = "paintEvent finished";
@@ -63,7 +68,10 @@ TarnixUI::TarnixUI(QWidget* pParent)
       m_pPanelInfo(new PanelInfo(QGuiApplication::primaryScreen()->geometry().size()))
 {
     ui->setupUi(this);
-    setGeometry(QGuiApplication::primaryScreen()->geometry()); // full screen also where no window manager sees to it
+    m_oTimer.setSingleShot(true);
+    m_oTimer.setInterval(s_nNetworkMilliseconds);
+    setGeometry(
+        QGuiApplication::primaryScreen()->geometry()); // full screen also where no window manager sees to it
     populateUI();
     enableTouchScrolling();
     ui->scrollArea->verticalScrollBar()->setStyleSheet(
@@ -78,6 +86,9 @@ TarnixUI::TarnixUI(QWidget* pParent)
     connect(&m_oSysTimeTimer, SIGNAL(timeout()), this, SLOT(onSysTimeTimerTimeOut()));
     m_oSysTimeTimer.start();
     connect(ui->toolButton, SIGNAL(clicked(bool)), this, SLOT(onToolbuttonClicked()));
+
+    connect(&m_oTimer, SIGNAL(timeout()), this, SLOT(onNetworkTimerTimedOut()));
+    m_oTimer.start();
 
     auto* pConsole = new Console(this);
     pConsole->run();
@@ -108,13 +119,19 @@ void TarnixUI::populateUI()
         ui->identNo_Label->hide();
         ui->identNoForm_Label->hide();
     }
-    populateRow(ui->targetVersion_Label, m_pPanelInfo->szLbl_TargetVersion, ui->targetVersionForm_Label, "TargVer");
+    const QList<sNetworkInterfaceDetails> oInterfaces = getNetworkInterfacesList();
+    for (const sNetworkInterfaceDetails& oDetails : oInterfaces) {
+        insertEthernetDetailsIntoGUI(oDetails, ui->targetVersion_Label, ui->targetVersionForm_Label);
+    }
+    onNetworkTimerTimedOut();
+    populateRow(ui->targetVersion_Label, m_pPanelInfo->szLbl_TargetVersion, ui->targetVersionForm_Label,
+                "TargVer");
     populateRow(ui->plcStatus_Label, m_pPanelInfo->szLbl_PLCStatus, ui->plcStatusForm_Label, "PLCStatus");
     populateRow(ui->appname_Label, m_pPanelInfo->szLbl_AppName, ui->appnameForm_Label, "AppName");
     populateRow(ui->systemDate_Label, m_pPanelInfo->szLbl_SystemDate, ui->systemDateForm_Label, "SystemDate");
     populateRow(ui->systemTime_Label, m_pPanelInfo->szLbl_SystemTime, ui->systemTimeForm_Label, "SystemTime");
-    for (QLabel* pLabel : {ui->systemDate_Label, ui->systemDateForm_Label, ui->systemTime_Label,
-                           ui->systemTimeForm_Label}) {
+    for (QLabel* pLabel :
+         {ui->systemDate_Label, ui->systemDateForm_Label, ui->systemTime_Label, ui->systemTimeForm_Label}) {
         watchDateTime(pLabel);
     }
 }
@@ -144,7 +161,8 @@ void TarnixUI::populateBanner()
     ui->logo->setPixmap(m_pPanelInfo->hBitmapLogo);
 }
 
-void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue)
+void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue,
+                           const QString& strValue)
 {
     pCaption->setText(strCaption);
     setInfoTextLabelStyle(pCaption, eType_Label);
@@ -156,6 +174,50 @@ void TarnixUI::watchDateTime(QLabel* pLabel)
 {
     m_oSystemDateTimeWidgetList.append(pLabel);
     pLabel->installEventFilter(this);
+}
+
+void TarnixUI::insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
+                                            QWidget* pValueAnchor)
+{
+    if (!pCaptionAnchor || !pValueAnchor) {
+        return;
+    }
+    QLayout* pCaptions = insertBlock(ui->captionLayout, pCaptionAnchor);
+    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_IPAddress, eType_Label));
+    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_mask, eType_Label));
+    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_GateWay, eType_Label));
+
+    QLayout* pValues = insertBlock(ui->valueLayout, pValueAnchor);
+    sNetworkInterfaceUIDetails oLabels{};
+    oLabels.m_pIPAddressLabel = createLabel(QString(), eType_Form);
+    oLabels.m_pSubnetMaskLabel = createLabel(QString(), eType_Form);
+    oLabels.m_pStdGatewayLabel = createLabel(QString(), eType_Form);
+    pValues->addWidget(oLabels.m_pIPAddressLabel);
+    pValues->addWidget(oLabels.m_pSubnetMaskLabel);
+    pValues->addWidget(oLabels.m_pStdGatewayLabel);
+    m_oNetworkInterfaceUIDetailsMap.insert(oDetails.m_strName, oLabels);
+}
+
+QLayout* TarnixUI::insertBlock(QBoxLayout* pColumn, QWidget* pAnchor)
+{
+    auto* pBlock = new QWidget(this);
+    auto* pRows = new QVBoxLayout(pBlock);
+    pRows->setContentsMargins(1, 0, 6, 0);
+    pRows->setSpacing(m_pPanelInfo->spacing);
+    pColumn->insertWidget(pColumn->indexOf(pAnchor), pBlock);
+    return pRows;
+}
+
+QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
+{
+    auto* pLabel = new QLabel(strText, this);
+    pLabel->setTextFormat(Qt::PlainText);
+    setInfoTextLabelStyle(pLabel, eType);
+    if (eType == eType_Form) {
+        m_oNetworkSettingsWidgetList.append(pLabel);
+        pLabel->installEventFilter(this);
+    }
+    return pLabel;
 }
 
 void TarnixUI::setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType)
@@ -206,8 +268,8 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
     if (nCount < 1) {
         return;
     }
-    // The rows' keys start at 0 while commands address the extra applications from 1; the device's other software
-    // requires it so.
+    // The rows' keys start at 0 while commands address the extra applications from 1; the device's other
+    // software requires it so.
     const int nRows = qMin(nCount, s_nMaxApplications) - 1;
     QLayout* pLayout = ui->scrollAreaWidgetContents->layout();
     pLayout->setEnabled(false); // else it would lay out all rows again for each one that appears
@@ -258,7 +320,8 @@ const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
     const auto it = m_oAppStatusUIMap.constFind(nIndex);
     if (it == m_oAppStatusUIMap.constEnd()) {
         // Names setPLCStatus for names too: the device's other software requires this text.
-        qWarning() << "setPLCStatus: ui element not found idx:" << nIndex << " size: " << m_oAppStatusUIMap.size();
+        qWarning() << "setPLCStatus: ui element not found idx:" << nIndex
+                   << " size: " << m_oAppStatusUIMap.size();
         return nullptr;
     }
     return &*it;
@@ -287,6 +350,10 @@ bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
     if (pEvent->type() != QEvent::MouseButtonRelease || isScrolling()) {
         return QWidget::eventFilter(pWatched, pEvent);
     }
+    if (m_oNetworkSettingsWidgetList.contains(pWatched)) {
+        onNetworkSettingsRequested(pWatched);
+        return true;
+    }
     if (m_oSystemDateTimeWidgetList.contains(pWatched)) {
         onSystemDateTimeRequested();
         return true;
@@ -311,6 +378,75 @@ void TarnixUI::onSysTimeTimerTimeOut()
 void TarnixUI::onSystemDateTimeRequested()
 {
     onSysTimeTimerTimeOut();
+}
+
+QList<sNetworkInterfaceDetails> TarnixUI::getNetworkInterfacesList()
+{
+    return getSystemNetworkInterfaceDetails();
+}
+
+QList<sNetworkInterfaceDetails> TarnixUI::getSystemNetworkInterfaceDetails()
+{
+    QList<sNetworkInterfaceDetails> oList;
+    const QList<QNetworkInterface> oInterfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface& oInterface : oInterfaces) {
+        if (oInterface.type() == QNetworkInterface::CanBus ||
+            oInterface.flags().testFlag(QNetworkInterface::IsLoopBack)) {
+            continue;
+        }
+        sNetworkInterfaceDetails oDetails = getInterfaceDetails(oInterface.name());
+        oDetails.m_strName = oInterface.name(); // also while the service is absent: blocks are kept by name
+        oList.append(oDetails);
+    }
+    return oList;
+}
+
+sNetworkInterfaceDetails TarnixUI::getInterfaceDetails(const QString& strName)
+{
+    OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
+    sNetworkInterfaceDetails oDetails;
+    if (!pPlatform->SetInterfaceName(strName.toLatin1().constData()) || !pPlatform->UpdateNetworkSettings()) {
+        return oDetails;
+    }
+    unsigned char oMac[6] = {};
+    pPlatform->GetMacAddress(oMac);
+    QStringList oMacParts;
+    for (const unsigned char nByte : oMac) {
+        oMacParts.append(
+            QString::number(nByte, 16)); // without leading zeros: required by the device's other software
+    }
+    oDetails.m_strName = strName;
+    oDetails.m_strMacId = oMacParts.join(':');
+    oDetails.m_bISDHCP = pPlatform->GetDHCP();
+    oDetails.m_strIPAddress = pPlatform->GetIpAddressAsString();
+    oDetails.m_strSubnetMask = QHostAddress(pPlatform->GetNetmask()).toString();
+    oDetails.m_strStdGateway = QHostAddress(pPlatform->GetGateWay()).toString();
+    return oDetails;
+}
+
+void TarnixUI::onNetworkTimerTimedOut()
+{
+    const QMap<QString, sNetworkInterfaceUIDetails> oMap = m_oNetworkInterfaceUIDetailsMap;
+    for (auto it = oMap.begin(); it != oMap.end(); ++it) {
+        showDetails(*it, getInterfaceDetails(it.key()));
+    }
+    m_oTimer.start();
+}
+
+void TarnixUI::showDetails(const sNetworkInterfaceUIDetails& oLabels,
+                           const sNetworkInterfaceDetails& oDetails)
+{
+    const bool bWaitsForLease =
+        oDetails.m_bISDHCP && QHostAddress(oDetails.m_strIPAddress).toIPv4Address() == 0;
+    oLabels.m_pIPAddressLabel->setText(bWaitsForLease ? s_szDHCP : oDetails.m_strIPAddress);
+    oLabels.m_pSubnetMaskLabel->setText(bWaitsForLease ? QString() : oDetails.m_strSubnetMask);
+    oLabels.m_pStdGatewayLabel->setText(bWaitsForLease ? QString() : oDetails.m_strStdGateway);
+}
+
+void TarnixUI::onNetworkSettingsRequested(QObject* pWatched)
+{
+    Q_UNUSED(pWatched)
+    onNetworkTimerTimedOut();
 }
 
 void TarnixUI::onToolbuttonClicked()
@@ -379,7 +515,8 @@ void TarnixUI::writeToNamedPipe()
     const int nError = errno;
     ::close(nDescriptor);
     if (bWritten) {
-        qWarning() << "writeToNamedPipe" << "Written message to named pipe successfully";
+        qWarning() << "writeToNamedPipe"
+                   << "Written message to named pipe successfully";
         return;
     }
     qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "network/networkinterfacedetails.h"
+
 #include <QList>
 #include <QMap>
 #include <QPointer>
@@ -7,7 +9,9 @@
 #include <QTimer>
 #include <QWidget>
 
+class QBoxLayout;
 class QLabel;
+class QLayout;
 class Ui_MorvaWidget;
 struct PanelInfo;
 
@@ -26,10 +30,20 @@ struct sAppStatusUIDetails
     QLabel* m_pStatFormLabel; /**< the PLC status */
 };
 
+/** The value labels of one network interface; all are owned by the widget tree. */
+struct sNetworkInterfaceUIDetails
+{
+    QLabel* m_pIPAddressLabel;
+    QLabel* m_pSubnetMaskLabel;
+    QLabel* m_pStdGatewayLabel;
+};
+
 /**
- * The panel: the one full-screen window of the device, with a banner, a main text and rows of captions and values.
+ * The panel: the one full-screen window of the device, with a banner, a main text and rows of captions and
+ * values.
  *
- * The command channel (Console), which it owns, fills the values; it keeps the clock itself, tells the runtime through
+ * The command channel (Console), which it owns, fills the values; it keeps the clock and the
+ * rows of the network interfaces itself, tells the runtime through
  * the named pipe "/tmp/tarnixUI" that it is on screen, and starts the platform's configuration application.
  */
 class TarnixUI : public QWidget
@@ -52,8 +66,8 @@ public:
 
     /**
      * Shows the rows of a number of applications: the fixed ones and nCount - 1 extra ones, made on demand.
-     * @param nCount number of loaded applications; below 1 nothing happens, above 1000 it counts as 1000, since the
-     *               three digits of a command's index reach no further
+     * @param nCount number of loaded applications; below 1 nothing happens, above 1000 it counts as 1000,
+     * since the three digits of a command's index reach no further
      */
     void setNumberOfAppsinUI(int nCount);
 
@@ -69,7 +83,23 @@ public:
      */
     void setPLCStatus(const QString& strText, int nIndex);
 
-    /** Lets the panel see the taps on its values; see QObject::eventFilter. Returns true for a tap that it handled. */
+    /** Returns the details of the interfaces that the panel shows: getSystemNetworkInterfaceDetails(). */
+    QList<sNetworkInterfaceDetails> getNetworkInterfacesList();
+
+    /**
+     * Returns the details of every interface that the operating system reports, in its order, without
+     * loopback and CAN. Each is read from the platform service.
+     */
+    QList<sNetworkInterfaceDetails> getSystemNetworkInterfaceDetails();
+
+    /**
+     * Reads the current settings of an interface from the platform service (its getInterfaceConfig call).
+     * @return empty texts if the service cannot be reached
+     */
+    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName);
+
+    /** Lets the panel see the taps on its values; see QObject::eventFilter. Returns true for a tap that it
+     * handled. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
@@ -79,6 +109,8 @@ protected:
 private slots:
     void onSysTimeTimerTimeOut();
     void onSystemDateTimeRequested();
+    void onNetworkSettingsRequested(QObject* pWatched);
+    void onNetworkTimerTimedOut();
     void onToolbuttonClicked();
     void onProcessError(QProcess::ProcessError eError);
     void onProcessStarted();
@@ -90,6 +122,12 @@ private:
     void populateBanner();
     void populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue);
     void watchDateTime(QLabel* pLabel);
+    void insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
+                                      QWidget* pValueAnchor);
+    QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor);
+    QLabel* createLabel(const QString& strText, eLabelType eType);
+    static void showDetails(const sNetworkInterfaceUIDetails& oLabels,
+                            const sNetworkInterfaceDetails& oDetails);
     void setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType);
     void enableTouchScrolling();
     QLabel* createAppLabel(const QString& strText, eLabelType eType);
@@ -101,10 +139,13 @@ private:
     void retryNamedPipe();
 
     Ui_MorvaWidget* ui;
+    QList<QObject*> m_oNetworkSettingsWidgetList;
     QList<QObject*> m_oSystemDateTimeWidgetList;
     PanelInfo* m_pPanelInfo;
     QTimer m_oSysTimeTimer;
     QPointer<QProcess> m_pShowCtrlPanel; // stays null
+    QTimer m_oTimer;
+    QMap<QString, sNetworkInterfaceUIDetails> m_oNetworkInterfaceUIDetailsMap;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName;
 };

@@ -94,7 +94,8 @@ void TestCommands::textsAtStart()
     }
 
     // From the first second on the clock shows the date and time of now.
-    QVERIFY(QTest::qWaitFor([&] { return oPanel.widget("systemTimeForm_Label").m_strText != "SystemTime"; }, 3000));
+    QVERIFY(QTest::qWaitFor([&] { return oPanel.widget("systemTimeForm_Label").m_strText != "SystemTime"; },
+                            3000));
     const QString strTime = oPanel.widget("systemTimeForm_Label").m_strText;
     QCOMPARE(QTime::fromString(strTime, "HH:mm:ss").toString("HH:mm:ss"), strTime);
     const QString strDate = oPanel.widget("systemDateForm_Label").m_strText;
@@ -106,20 +107,32 @@ void TestCommands::lines_data()
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("label");
     QTest::addColumn<QString>("text");
-    QTest::newRow("device type") << QByteArray("dPLC 500/600") << "deviceTypeForm_Label" << "PLC 500/600";
-    QTest::newRow("no device type") << QByteArray("d") << "deviceTypeForm_Label" << "";
-    QTest::newRow("ident is blanked") << QByteArray("i4711") << "identNoForm_Label" << "";
-    QTest::newRow("version, as it stands") << QByteArray("v  1.2\r") << "targetVersionForm_Label" << "  1.2\r";
-    QTest::newRow("markup is text") << QByteArray("v<b>1</b>") << "targetVersionForm_Label" << "<b>1</b>";
+    QTest::newRow("device type") << QByteArray("dPLC 500/600") << "deviceTypeForm_Label"
+                                 << "PLC 500/600";
+    QTest::newRow("no device type") << QByteArray("d") << "deviceTypeForm_Label"
+                                    << "";
+    QTest::newRow("ident is blanked") << QByteArray("i4711") << "identNoForm_Label"
+                                      << "";
+    QTest::newRow("version, as it stands") << QByteArray("v  1.2\r") << "targetVersionForm_Label"
+                                           << "  1.2\r";
+    QTest::newRow("markup is text") << QByteArray("v<b>1</b>") << "targetVersionForm_Label"
+                                    << "<b>1</b>";
     QTest::newRow("UTF-8") << QByteArray("a000F\xC3\xB6rder \xE6\xB3\xB5") << "appnameForm_Label"
                            << QString::fromUtf8("F\xC3\xB6rder \xE6\xB3\xB5");
-    QTest::newRow("stops at NUL") << QByteArray("vab\0cd", 6) << "targetVersionForm_Label" << "ab";
-    QTest::newRow("index is no number") << QByteArray("s1Run") << "plcStatusForm_Label" << "n";
-    QTest::newRow("index with blanks") << QByteArray("s 0 Run") << "plcStatusForm_Label" << "Run";
-    QTest::newRow("no text") << QByteArray("a") << "appnameForm_Label" << "";
-    QTest::newRow("unknown prefix") << QByteArray("xyz") << "targetVersionForm_Label" << "TargVer";
-    QTest::newRow("other case") << QByteArray("V9") << "targetVersionForm_Label" << "TargVer";
-    QTest::newRow("no quit") << QByteArray("quit \nQuit\nquit2\n\nquit\r\nv7") << "targetVersionForm_Label" << "7";
+    QTest::newRow("stops at NUL") << QByteArray("vab\0cd", 6) << "targetVersionForm_Label"
+                                  << "ab";
+    QTest::newRow("index is no number") << QByteArray("s1Run") << "plcStatusForm_Label"
+                                        << "n";
+    QTest::newRow("index with blanks") << QByteArray("s 0 Run") << "plcStatusForm_Label"
+                                       << "Run";
+    QTest::newRow("no text") << QByteArray("a") << "appnameForm_Label"
+                             << "";
+    QTest::newRow("unknown prefix") << QByteArray("xyz") << "targetVersionForm_Label"
+                                    << "TargVer";
+    QTest::newRow("other case") << QByteArray("V9") << "targetVersionForm_Label"
+                                << "TargVer";
+    QTest::newRow("no quit") << QByteArray("quit \nQuit\nquit2\n\nquit\r\nv7") << "targetVersionForm_Label"
+                             << "7";
 }
 
 void TestCommands::lines()
@@ -132,7 +145,8 @@ void TestCommands::lines()
     oPanel.send("dbefore\n" + line + "\nn3\ns001done\n");
     QVERIFY(QTest::qWaitFor([&] {
         const QList<sWidget> oWidgets = oPanel.widgets();
-        return std::any_of(oWidgets.begin(), oWidgets.end(), [](const sWidget& o) { return o.m_strText == "done"; });
+        return std::any_of(oWidgets.begin(), oWidgets.end(),
+                           [](const sWidget& o) { return o.m_strText == "done"; });
     }));
     QCOMPARE(oPanel.widget(label).m_strText, text);
     QCOMPARE(oPanel.quit(), 0);
@@ -178,7 +192,8 @@ void TestCommands::applicationRows()
     const QString strRow = "PLC Status:|Application Name:|%1|%2";
     oPanel.send("n5\na001One\ns001Run\na004Four\ns-01Low\na003Three\ndstep1\n");
     QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "step1"), QString("step1"));
-    // The row with key 0 cannot be reached, the last application has no row: both setters say so with one text.
+    // The row with key 0 cannot be reached, the last application has no row: both setters say so with one
+    // text.
     QCOMPARE(fnVisible(), (QStringList{strRow.arg("", ""), strRow.arg("Run", "One"), strRow.arg("", ""),
                                        strRow.arg("", "Three")})
                               .join('|'));

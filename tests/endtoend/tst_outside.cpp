@@ -126,7 +126,8 @@ void TestOutside::pipePathIsTaken_data()
     QTest::newRow("socket") << "socket" << oText + "No such device or address\n";
     QTest::newRow("symbolic link") << "link" << oText + "Too many levels of symbolic links\n";
     QTest::newRow("full disk") << "full"
-                               << QByteArray("Failed to create named pipe for writing 1 No space left on device\n");
+                               << QByteArray(
+                                      "Failed to create named pipe for writing 1 No space left on device\n");
 }
 
 void TestOutside::pipePathIsTaken()
@@ -167,7 +168,8 @@ void TestOutside::configurationApplication()
     PanelProcess oPanel(oDisplay.name());
     QVERIFY(oPanel.start());
     const QPoint oButton = oPanel.widget("toolButton").m_oRect.center();
-    const QStringList oTap{"mousemove", QString::number(oButton.x()), QString::number(oButton.y()), "click", "1"};
+    const QStringList oTap{"mousemove", QString::number(oButton.x()), QString::number(oButton.y()), "click",
+                           "1"};
 
     // Without the application a tap does nothing.
     QVERIFY(oDisplay.pointer(oTap));

@@ -13,8 +13,10 @@ const QByteArray s_oManyApplications = [] {
     QByteArray oLines = "dCompact controller 500/600, long name of a device type\nv3.5.19.10 (r12345)\nn20\n";
     for (int i = 0; i < 20; ++i) {
         const QByteArray oIndex = QByteArray::number(i).rightJustified(3, '0');
-        oLines += "a" + oIndex + "F\xC3\xB6rderband \xD0\xAE\xE0\xB8\x97\xE6\xB3\xB5 \xE1\xBA\xBE and a name that goes on "
-                  "and on\ns" + oIndex + "L\xC3\xA4uft\n";
+        oLines += "a" + oIndex +
+                  "F\xC3\xB6rderband \xD0\xAE\xE0\xB8\x97\xE6\xB3\xB5 \xE1\xBA\xBE and a name that goes on "
+                  "and on\ns" +
+                  oIndex + "L\xC3\xA4uft\n";
     }
     return oLines;
 }();
@@ -62,7 +64,8 @@ void TestWindow::fitsScreen()
     const Display oDisplay(screen);
     PanelProcess oPanel(oDisplay.name());
     QVERIFY(oPanel.start());
-    oPanel.send(s_oManyApplications + "s019\xC3\xA4nd\n"); // its row does not exist: the log tells that all is done
+    oPanel.send(s_oManyApplications +
+                "s019\xC3\xA4nd\n"); // its row does not exist: the log tells that all is done
     QVERIFY(oPanel.waitForLog("idx: 19  size:  19"));
 
     const sWidget oWindow = oPanel.widget("MorvaWidget");
@@ -133,9 +136,14 @@ void TestWindow::scrollsByTouch()
 
     QStringList oDrag{"mousemove", "200", "250", "mousedown", "1"};
     for (int nY = 245; nY > 120; nY -= 10) {
-        oDrag << "mousemove" << "200" << QString::number(nY) << "sleep" << "0.02";
+        oDrag << "mousemove"
+              << "200" << QString::number(nY) << "sleep"
+              << "0.02";
     }
-    QVERIFY(oDisplay.pointer(oDrag << "sleep" << "0.3" << "mouseup" << "1"));
+    QVERIFY(oDisplay.pointer(oDrag << "sleep"
+                                   << "0.3"
+                                   << "mouseup"
+                                   << "1"));
     QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").m_oRect.y() < nTop - 60);
 }
 

@@ -50,7 +50,8 @@ QByteArray describeAll()
 
 } // namespace
 
-/** Answers every line on its local socket with a description of all widgets of the program that it is loaded into. */
+/** Answers every line on its local socket with a description of all widgets of the program that it is loaded
+ * into. */
 class Probe : public QObject
 {
     Q_OBJECT
@@ -81,7 +82,8 @@ private:
     QLocalServer m_oServer;
 };
 
-/** Loaded by Qt into the real program through QT_QPA_GENERIC_PLUGINS=probe:SOCKET, so that tests can look at widgets. */
+/** Loaded by Qt into the real program through QT_QPA_GENERIC_PLUGINS=probe:SOCKET, so that tests can look at
+ * widgets. */
 class ProbePlugin : public QGenericPlugin
 {
     Q_OBJECT

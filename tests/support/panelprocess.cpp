@@ -84,7 +84,8 @@ PanelProcess::~PanelProcess()
 bool PanelProcess::start()
 {
     m_oProcess.start();
-    return m_oProcess.waitForStarted() && QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
+    return m_oProcess.waitForStarted() &&
+           QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
 }
 
 void PanelProcess::send(const QByteArray& oBytes)

@@ -73,7 +73,8 @@ public:
     /** Waits up to 10 s for the log to hold the text. */
     bool waitForLog(const QByteArray& oText);
 
-    /** Asks the program for its widgets; the answer comes from its event loop. Empty if it does not answer. */
+    /** Asks the program for its widgets; the answer comes from its event loop. Empty if it does not answer.
+     */
     QList<sWidget> widgets();
 
     /** Returns the named widget; a nameless one if there is none. */
