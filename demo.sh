@@ -23,7 +23,7 @@ done
 
 packaging/install-build-packages.sh
 cmake --preset dev >/dev/null
-cmake --build --preset dev --target tarnixUI # ovik-simulator
+cmake --build --preset dev --target tarnixUI ovik-simulator
 
 options=()
 if [[ -n $pictures ]]; then

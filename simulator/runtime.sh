@@ -1,6 +1,7 @@
 #!/bin/bash
-# A simulated PLC runtime: starts the panel, plays a tour of its commands and then passes the user's lines on.
-# To be run in the sandbox, with DISPLAY set.
+# A simulated device around the panel: a bus with the simulated platform service, two network interfaces, a
+# configuration application, and the PLC runtime, which starts the panel, plays a tour of its commands and then passes
+# the user's lines on. To be run in the sandbox, with DISPLAY set.
 #
 #   runtime.sh [--pictures DIR] BUILD_DIR
 #
@@ -14,6 +15,7 @@ if [[ ${1:-} == --pictures ]]; then
 fi
 build=$1
 log=/tmp/tarnixUI.log
+calls=/tmp/ovik-simulator.log
 stage=0
 
 fnSay() { printf '\n== %s\n' "$*"; }
@@ -39,14 +41,42 @@ fnPrompt() {
     fnSay 'Your turn: lines are passed to the panel as they are; "quit" ends it.'
     echo 'Try dNAME, vVERSION, nCOUNT, aINDEXNAME and sINDEXTEXT with a three-digit index, w1, w0.'
     while read -r -p 'runtime> ' line; do
-        printf '%s\n' "$line" >&"${PANEL[1]}" 2>/dev/null || return 0
+        { printf '%s\n' "$line" >&"${PANEL[1]}"; } 2>/dev/null || return 0
         [[ $line != quit ]] || return 0
     done
     fnSend quit
 }
 
-ip link add eth0 type veth peer name eth1 2>/dev/null || true
+fnScroll() { # drags the rows up by a finger's way over half the screen
+    local width height i
+    read -r width height < <(xdotool getdisplaygeometry)
+    xdotool mousemove $((width / 3)) $((height * 9 / 10)) mousedown 1
+    for ((i = 18; i >= 8; i--)); do
+        xdotool mousemove $((width / 3)) $((height * i / 20))
+        sleep 0.03
+    done
+    sleep 0.3
+    xdotool mouseup 1
+}
 
+fnDevice() {
+    ip link add eth0 type veth peer name eth1
+    printf '#!/bin/bash\ntouch /tmp/configuration-started\n' >/usr/bin/kadconfig-app
+    chmod +x /usr/bin/kadconfig-app
+
+    export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
+    dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
+    until [[ -S /tmp/system-bus ]]; do sleep 0.1; done
+    "$build/simulator/ovik-simulator" --system >"$calls" &
+    until grep -q ready "$calls"; do sleep 0.1; done
+}
+
+fnService() { # MEMBER ARGUMENT...: another client of the platform service
+    gdbus call --address "$DBUS_SYSTEM_BUS_ADDRESS" --dest com.quen.OVIK --object-path /NetworkManager \
+        --method "com.quen.OVIK.NetworkManager.$1" "${@:2}" >/dev/null
+}
+
+fnDevice
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}"
@@ -60,8 +90,17 @@ fnStage started 'The panel as it starts'
 fnSend 'i4711' 'dQX 500/600' 'v3.4.1'
 fnStage device 'Device type and target version'
 
+fnService setInterfaceConfigJSON eth0 \
+    '{"name" : "eth0","dhcp" : false,"ip_address" : "10.0.0.77","netmask" : "255.0.0.0","gateway_ip" : "10.0.0.1"}'
+fnService applyNewConfiguration
+fnSay 'Somebody gives eth0 another address; the panel looks every ten seconds'
+sleep 10
+fnStage interfaces 'It shows what the platform service says'
+
+fnScroll
 fnSend n3 'a000Mixer line' 's000Running'
-fnStage application 'The main application runs'
+fnStage application 'The main application runs; the rows are scrolled to it by touch'
+fnScroll
 
 fnSend 'a001Förderband Süd' 's001Stop' 'a002Not shown: the last index has no row'
 fnStage applications 'Three applications'
@@ -69,10 +108,12 @@ fnStage applications 'Three applications'
 fnSend 's000Exception' 's001Running'
 fnStage status 'Their status changes'
 
+xdotool mousemove 30 35 click 1
+sleep 0.5
+[[ -e /tmp/configuration-started ]] && fnSay 'The settings button has started the configuration application'
+
 fnSend n20 'a018A very long application name, longer than the screen of the panel is wide'
-xdotool mousemove 200 200 mousedown 1
-for y in 190 180 165 150 135 120; do xdotool mousemove 200 "$y" sleep 0.03; done
-xdotool mouseup 1
+fnScroll
 fnStage scrolled 'Twenty applications, scrolled by touch'
 
 fnSend n3
@@ -83,3 +124,5 @@ wait "$panel" && status=0 || status=$?
 fnSay "The panel says $farewell and ends with status $status"
 echo 'Its log:'
 sed 's/^/  /' "$log"
+echo 'The calls that the platform service received:'
+sort "$calls" | uniq -c
