@@ -52,6 +52,13 @@ bool SimulatorProcess::setUp(const QString& strWorld, const QString& strArgument
     return !oReply.isError();
 }
 
+bool SimulatorProcess::setDocument(const QString& strJSON)
+{
+    QDBusPendingReply<> oReply = m_pSteering->SetDocument(strJSON);
+    oReply.waitForFinished();
+    return !oReply.isError();
+}
+
 QStringList SimulatorProcess::calls()
 {
     return m_pSteering->Calls().value();
