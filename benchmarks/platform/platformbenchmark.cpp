@@ -45,6 +45,7 @@ bool measureFailingInit()
     const QtMessageHandler fnHandler =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     std::vector<double> oTimes;
+    oTimes.reserve(g_nFailingRounds);
     for (int i = 0; i < g_nFailingRounds; ++i)
         oTimes.push_back(milliseconds([] { OVIKPlatform::getInstance()->Init(); }));
     qInstallMessageHandler(fnHandler);

@@ -19,8 +19,9 @@ bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArgumen
     m_strConnection = QStringLiteral("steering-%1").arg(++nConnections);
     const QStringList oAddress = {QStringLiteral("--address"), oBus.address()};
     if (m_oProcess.startAndReadLine(QStringLiteral(OVIK_SIMULATOR), oAddress + oArguments) !=
-        QLatin1String("ready"))
+        QLatin1String("ready")) {
         return false;
+    }
     m_pSteering = std::make_unique<ComQuenOVIKSimulatorInterface>(
         QStringLiteral("com.quen.OVIK.Simulator"), QStringLiteral("/Simulator"),
         QDBusConnection::connectToBus(oBus.address(), m_strConnection));
