@@ -33,8 +33,9 @@ QString gatewayOf(const QNetworkAddressEntry& oEntry)
 QNetworkAddressEntry ipv4EntryOf(const QNetworkInterface& oInterface, int nInterface)
 {
     for (const QNetworkAddressEntry& oEntry : oInterface.addressEntries()) {
-        if (oEntry.ip().protocol() == QAbstractSocket::IPv4Protocol)
+        if (oEntry.ip().protocol() == QAbstractSocket::IPv4Protocol) {
             return oEntry;
+        }
     }
     QNetworkAddressEntry oEntry;
     oEntry.setIp(QHostAddress(QStringLiteral("192.168.%1.20").arg(nInterface % 256)));
@@ -71,8 +72,9 @@ QString NetworkDocument::ofThisMachine()
     oConfiguration.hostname = QSysInfo::machineHostName();
     for (const QNetworkInterface& oInterface : QNetworkInterface::allInterfaces()) {
         const bool bLoopback = oInterface.flags().testFlag(QNetworkInterface::IsLoopBack);
-        if (bLoopback || oInterface.type() == QNetworkInterface::CanBus)
+        if (bLoopback || oInterface.type() == QNetworkInterface::CanBus) {
             continue;
+        }
         oConfiguration.interfaces.insert(oInterface.name(),
                                          describe(oInterface, oConfiguration.interfaces.size()));
     }
@@ -82,8 +84,9 @@ QString NetworkDocument::ofThisMachine()
 bool NetworkDocument::load(const QString& strJSON)
 {
     auto pConfiguration = std::make_unique<OVIK::NetworkConfiguration>();
-    if (!read(strJSON, *pConfiguration))
+    if (!read(strJSON, *pConfiguration)) {
         return false;
+    }
     m_pConfiguration = std::move(pConfiguration);
     m_oChanged.clear();
     m_oRequests.clear();
@@ -118,11 +121,13 @@ QString NetworkDocument::interfaceJSON(const QString& strName) const
 bool NetworkDocument::merge(const QString& strName, const QString& strJSON)
 {
     Interface* pInterface = m_pConfiguration->interfaces.value(strName);
-    if (!pInterface)
+    if (!pInterface) {
         return false;
+    }
     Interface oMerged = *pInterface;
-    if (!read(strJSON, oMerged) || oMerged.name != strName)
+    if (!read(strJSON, oMerged) || oMerged.name != strName) {
         return false;
+    }
     oMerged.actual_ip_address = pInterface->actual_ip_address;
     oMerged.actual_netmask = pInterface->actual_netmask;
     oMerged.actual_gateway_ip = pInterface->actual_gateway_ip;
@@ -137,10 +142,11 @@ void NetworkDocument::apply()
     for (const QString& strName : std::as_const(m_oChanged)) {
         const Interface* pInterface = m_pConfiguration->interfaces.value(strName);
         m_oRequests.remove(strName);
-        if (pInterface->dhcp)
+        if (pInterface->dhcp) {
             requestLease(strName);
-        else
+        } else {
             put(strName, {pInterface->ip_address, pInterface->netmask, pInterface->gateway_ip});
+        }
     }
     m_oChanged.clear();
 }
@@ -152,8 +158,9 @@ void NetworkDocument::requestLease(const QString& strName)
     const int nRequest = ++m_nRequest;
     m_oRequests.insert(strName, nRequest);
     QTimer::singleShot(m_nLeaseDelayMs, this, [this, strName, nRequest] {
-        if (m_oRequests.value(strName) == nRequest)
+        if (m_oRequests.value(strName) == nRequest) {
             put(strName, m_oLeases.value(strName));
+        }
     });
 }
 

@@ -17,8 +17,9 @@ bool NetworkManagerObject::isKnown(const QString& strInterface)
 /** Makes of the text what the present world wants. */
 QString NetworkManagerObject::spoilt(const QString& strJSON)
 {
-    if (world().fault() == World::eFault_MalformedJSON)
+    if (world().fault() == World::eFault_MalformedJSON) {
         return world().argument().isEmpty() ? strJSON.left(strJSON.size() / 2) : world().argument();
+    }
     if (world().fault() == World::eFault_WrongTypes) {
         return QStringLiteral(
             R"({ "version" : "1", "name" : "eth0", "dhcp" : "no", "ip_address" : 3232235796, )"
@@ -34,8 +35,9 @@ QString NetworkManagerObject::getConfigJSON()
 
 QString NetworkManagerObject::getInterfaceConfig(const QString& ifname)
 {
-    if (isKnown(ifname))
+    if (isKnown(ifname)) {
         return answer([=] { return spoilt(m_oDevice.m_oNetwork.interfaceJSON(ifname)); });
+    }
     refuse(QStringLiteral("com.quen.OVIK.Error.UnknownInterface"),
            QStringLiteral("No such network interface: %1").arg(ifname));
     return {};

@@ -35,8 +35,9 @@ void addOptions(QCommandLineParser& oParser)
 SimulatedService::fnConnect busOf(const QCommandLineParser& oParser)
 {
     const QString strAddress = oParser.value(QStringLiteral("address"));
-    if (!strAddress.isEmpty())
+    if (!strAddress.isEmpty()) {
         return [=](const QString& strName) { return QDBusConnection::connectToBus(strAddress, strName); };
+    }
     const auto eBus =
         oParser.isSet(QStringLiteral("system")) ? QDBusConnection::SystemBus : QDBusConnection::SessionBus;
     return [=](const QString& strName) { return QDBusConnection::connectToBus(eBus, strName); };
@@ -46,8 +47,9 @@ SimulatedService::fnConnect busOf(const QCommandLineParser& oParser)
 QString documentIn(const QString& strFile)
 {
     QFile oFile(strFile);
-    if (!oFile.open(QIODevice::ReadOnly))
+    if (!oFile.open(QIODevice::ReadOnly)) {
         return {};
+    }
     return QString::fromUtf8(oFile.readAll());
 }
 
@@ -80,21 +82,25 @@ int main(int argc, char* argv[])
     Device oDevice(bFile ? documentIn(oParser.value(QStringLiteral("config")))
                          : NetworkDocument::ofThisMachine(),
                    oParser.value(QStringLiteral("lease-delay")).toInt(), nullptr);
-    if (!oDevice.clear())
+    if (!oDevice.clear()) {
         return fail("no network configuration in the file");
+    }
 
     World oWorld;
     const QString strWorld = oParser.value(QStringLiteral("world"));
-    if (!oWorld.set(strWorld.section(QLatin1Char('='), 0, 0), strWorld.section(QLatin1Char('='), 1)))
+    if (!oWorld.set(strWorld.section(QLatin1Char('='), 0, 0), strWorld.section(QLatin1Char('='), 1))) {
         return fail("no such world");
+    }
 
     const SimulatedService::fnConnect fnConnectToBus = busOf(oParser);
     Steering oSteering(oDevice, oWorld, nullptr);
-    if (!publishSteering(fnConnectToBus(QStringLiteral("steering")), oSteering))
+    if (!publishSteering(fnConnectToBus(QStringLiteral("steering")), oSteering)) {
         return fail("cannot reach the bus, or another simulator is on it");
+    }
     SimulatedService oService(oDevice, oWorld, fnConnectToBus, nullptr);
-    if (!oService.publish())
+    if (!oService.publish()) {
         return fail("the bus does not let it publish the service");
+    }
 
     std::cout << "ready" << std::endl;
     return QCoreApplication::exec();

@@ -13,8 +13,9 @@ int ServiceManagerObject::change(const QString& strService,
 {
     return answer([=] {
         const auto it = m_oDevice.m_oServices.find(strService);
-        if (it == m_oDevice.m_oServices.end())
+        if (it == m_oDevice.m_oServices.end()) {
             return -1;
+        }
         fnChange(*it);
         return 0;
     });
@@ -58,8 +59,9 @@ bool ServiceManagerObject::enabled(const QString& service)
 int ServiceManagerObject::state(const QString& service)
 {
     return answer([=] {
-        if (!m_oDevice.m_oServices.contains(service))
+        if (!m_oDevice.m_oServices.contains(service)) {
             return -1;
+        }
         return m_oDevice.m_oServices.value(service).m_bRunning ? 1 : 0;
     });
 }

@@ -27,8 +27,9 @@ bool SimulatedObject::fails(const QVariant& oWrongReply)
 void SimulatedObject::refuse(const QString& strError, const QString& strMessage)
 {
     m_oWorld.noteCall(message());
-    if (!fails(42))
+    if (!fails(42)) {
         sendErrorReply(strError, strMessage);
+    }
 }
 
 void SimulatedObject::answerWith(const QVariant& oValue)

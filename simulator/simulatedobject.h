@@ -36,10 +36,11 @@ protected:
     {
         using Result = decltype(fnResult());
         m_oWorld.noteCall(message());
-        if (m_oWorld.fault() == World::eFault_Slow)
+        if (m_oWorld.fault() == World::eFault_Slow) {
             answerLater([fnResult] { return QVariant::fromValue(fnResult()); });
-        else if (!fails(wrongType<Result>()))
+        } else if (!fails(wrongType<Result>())) {
             return fnResult();
+        }
         return Result();
     }
 
@@ -55,10 +56,11 @@ private:
     template<typename Result>
     static QVariant wrongType()
     {
-        if constexpr (std::is_arithmetic_v<Result>)
+        if constexpr (std::is_arithmetic_v<Result>) {
             return QStringLiteral("of another type");
-        else
+        } else {
             return 42;
+        }
     }
 
     template<typename Function>

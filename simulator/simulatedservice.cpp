@@ -31,8 +31,9 @@ bool SimulatedService::publish()
         withdraw();
         return true;
     }
-    if (m_strConnection.isEmpty())
+    if (m_strConnection.isEmpty()) {
         connectObjects();
+    }
     publishRoot();
     return QDBusConnection(m_strConnection).registerService(g_strService);
 }
@@ -55,16 +56,18 @@ void SimulatedService::publishRoot()
         return;
     }
     oConnection.unregisterObject(g_strRootPath);
-    if (m_oWorld.number() >= 0)
+    if (m_oWorld.number() >= 0) {
         m_oRecovery.start(m_oWorld.number());
+    }
 }
 
 /** Closes the connection, so that a caller that waits for a reply gets an error as if the service had died.
  */
 void SimulatedService::withdraw()
 {
-    if (m_strConnection.isEmpty())
+    if (m_strConnection.isEmpty()) {
         return;
+    }
     QDBusConnection(m_strConnection).unregisterService(g_strService);
     QDBusConnection::disconnectFromBus(m_strConnection);
     m_strConnection.clear();

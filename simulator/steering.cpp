@@ -15,8 +15,9 @@ QStringList Steering::Worlds()
 
 void Steering::SetWorld(const QString& name, const QString& argument)
 {
-    if (!m_oWorld.set(name, argument))
+    if (!m_oWorld.set(name, argument)) {
         rejectArguments();
+    }
 }
 
 void Steering::Clear()
@@ -36,15 +37,16 @@ void Steering::ClearCalls()
     m_oWorld.clearCalls();
 }
 
-QString Steering::Document()
+QString Steering::Document() const
 {
     return m_oDevice.m_oNetwork.toJSON();
 }
 
 void Steering::SetDocument(const QString& json)
 {
-    if (!m_oDevice.m_oNetwork.load(json))
+    if (!m_oDevice.m_oNetwork.load(json)) {
         rejectArguments();
+    }
 }
 
 void Steering::SetVersion(const QString& text)

@@ -31,7 +31,7 @@ public slots:
     /** Empties the list of calls. */
     void ClearCalls();
     /** Returns the whole network configuration. */
-    QString Document();
+    QString Document() const;
     /** Replaces the whole network configuration; an error reply tells that the text is none. */
     void SetDocument(const QString& json);
     /** Sets the version text of the main OS partition. */

@@ -33,12 +33,14 @@ const sFault g_aFaults[] = {
 
 bool readNumber(const QString& strText, int& nNumber)
 {
-    if (strText.isEmpty())
+    if (strText.isEmpty()) {
         return true;
+    }
     bool bValid = false;
     const int nRead = strText.toInt(&bValid);
-    if (!bValid || nRead < 0)
+    if (!bValid || nRead < 0) {
         return false;
+    }
     nNumber = nRead;
     return true;
 }
@@ -46,10 +48,12 @@ bool readNumber(const QString& strText, int& nNumber)
 /** Takes the number out of strText: the whole of it, or what follows a colon. */
 bool splitArgument(eArgument eKind, QString& strText, int& nNumber)
 {
-    if (eKind == eArgument_None)
+    if (eKind == eArgument_None) {
         return strText.isEmpty();
-    if (eKind == eArgument_Text)
+    }
+    if (eKind == eArgument_Text) {
         return true;
+    }
     const QString strNumber = eKind == eArgument_Number ? strText : strText.section(QLatin1Char(':'), 1);
     strText = eKind == eArgument_Number ? QString() : strText.section(QLatin1Char(':'), 0, 0);
     return readNumber(strNumber, nNumber);
@@ -68,20 +72,23 @@ QString lineOf(const QDBusMessage& oCall)
 QStringList World::names()
 {
     QStringList oNames;
-    for (const sFault& oFault : g_aFaults)
+    for (const sFault& oFault : g_aFaults) {
         oNames << QLatin1String(oFault.m_pName);
+    }
     return oNames;
 }
 
 bool World::set(const QString& strName, const QString& strArgument)
 {
     const int nFault = names().indexOf(strName);
-    if (nFault < 0)
+    if (nFault < 0) {
         return false;
+    }
     QString strText = strArgument;
     int nNumber = g_aFaults[nFault].m_nDefault;
-    if (!splitArgument(g_aFaults[nFault].m_eArgument, strText, nNumber))
+    if (!splitArgument(g_aFaults[nFault].m_eArgument, strText, nNumber)) {
         return false;
+    }
     m_eFault = static_cast<eFault>(nFault);
     m_strArgument = strText;
     m_nNumber = nNumber;

@@ -64,8 +64,9 @@ template<typename Proxy>
 Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnection, const char* pInvalidText)
 {
     auto* pProxy = new Proxy(g_strService, strPath, oConnection, nullptr);
-    if (!pProxy->isValid())
+    if (!pProxy->isValid()) {
         qWarning() << pInvalidText << oConnection.lastError();
+    }
     return pProxy;
 }
 
@@ -99,8 +100,9 @@ OVIKPlatform* OVIKPlatform::m_pInstance = nullptr;
 
 OVIKPlatform* OVIKPlatform::getInstance()
 {
-    if (m_bInstanceFlag)
+    if (m_bInstanceFlag) {
         return m_pInstance;
+    }
     m_pInstance = new OVIKPlatform;
     m_bInstanceFlag = true;
     return m_pInstance;
@@ -118,8 +120,9 @@ OVIKPlatform::~OVIKPlatform()
 
 bool OVIKPlatform::Init()
 {
-    if (!connectToBus() || !findService())
+    if (!connectToBus() || !findService()) {
         return false;
+    }
     createObjectProxies();
     return true;
 }
@@ -127,13 +130,15 @@ bool OVIKPlatform::Init()
 bool OVIKPlatform::connectToBus()
 {
     m_ovikConnection = openConnection(QDBusConnection::SystemBus);
-    if (m_ovikConnection->isConnected())
+    if (m_ovikConnection->isConnected()) {
         return true;
+    }
     qWarning() << "Failed connecting to DBUS system bus -> try OVIK on session bus";
     closeConnection(m_ovikConnection);
     m_ovikConnection = openConnection(QDBusConnection::SessionBus);
-    if (m_ovikConnection->isConnected())
+    if (m_ovikConnection->isConnected()) {
         return true;
+    }
     qWarning() << "Failed connecting to DBUS session bus -> trying loading OVIK plugin";
     closeConnection(m_ovikConnection);
     m_ovikConnection = nullptr;
@@ -184,8 +189,9 @@ void OVIKPlatform::waitForRootObject()
 {
     for (int nAttempt = 0; nAttempt < g_nRootAttempts; ++nAttempt) {
         m_ovik = new ComQuenOVIKInterface(g_strService, g_strRootPath, *m_ovikConnection, this);
-        if (m_ovik->isValid())
+        if (m_ovik->isValid()) {
             return;
+        }
         delete m_ovik;
         m_ovik = nullptr;
         qWarning() << "Waiting for all OVIK services up and running...";
@@ -214,23 +220,24 @@ bool OVIKPlatform::isConnectedOrInit()
 bool OVIKPlatform::SetInterfaceName(const char* pName)
 {
     ifName = QString::fromUtf8(pName);
-    if (ifName.isEmpty())
+    if (ifName.isEmpty()) {
         ifName = g_strDefaultInterface;
+    }
     return true;
 }
 
-bool OVIKPlatform::GetMacAddress(unsigned char* pAddress)
+bool OVIKPlatform::GetMacAddress(unsigned char* pAddress) const
 {
     std::copy(std::begin(macAddress), std::end(macAddress), pAddress);
     return true;
 }
 
-quint32 OVIKPlatform::GetIpAddress()
+quint32 OVIKPlatform::GetIpAddress() const
 {
     return ipAddress;
 }
 
-QString OVIKPlatform::GetIpAddressAsString()
+QString OVIKPlatform::GetIpAddressAsString() const
 {
     return QHostAddress(ipAddress).toString();
 }
@@ -243,7 +250,7 @@ bool OVIKPlatform::SetIpAddress(quint32 nAddress)
     return true;
 }
 
-quint32 OVIKPlatform::GetNetmask()
+quint32 OVIKPlatform::GetNetmask() const
 {
     return netMask;
 }
@@ -255,7 +262,7 @@ bool OVIKPlatform::SetNetmask(quint32 nNetmask)
     return true;
 }
 
-quint32 OVIKPlatform::GetGateWay()
+quint32 OVIKPlatform::GetGateWay() const
 {
     return gateWay;
 }
@@ -267,7 +274,7 @@ bool OVIKPlatform::SetGateWay(quint32 nGateWay)
     return true;
 }
 
-bool OVIKPlatform::GetDHCP()
+bool OVIKPlatform::GetDHCP() const
 {
     return dhcp;
 }
@@ -280,14 +287,16 @@ bool OVIKPlatform::SetDHCP(bool bDHCP)
 
 bool OVIKPlatform::UpdateNetworkSettings()
 {
-    if (!isConnectedOrInit() || !m_networkManager)
+    if (!isConnectedOrInit() || !m_networkManager) {
         return false;
+    }
     QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
     oReply.waitForFinished();
     // Required by the device's other software: an error reply is not reported, and the cache keeps what it
     // has.
-    if (oReply.isError())
+    if (oReply.isError()) {
         return true;
+    }
     Interface oInterface;
     try {
         oInterface.fromJSON(oReply.value());
@@ -314,13 +323,15 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
 
 bool OVIKPlatform::SetNetworkSettings()
 {
-    if (!isConnectedOrInit() || !m_networkManager)
+    if (!isConnectedOrInit() || !m_networkManager) {
         return false;
+    }
     QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
     oReply.waitForFinished();
     Interface oInterface;
-    if (oReply.isError() || !describesInterface(oReply.value(), oInterface))
+    if (oReply.isError() || !describesInterface(oReply.value(), oInterface)) {
         return false;
+    }
     oInterface.dhcp = dhcp;
     if (!dhcp) {
         oInterface.ip_address = QHostAddress(ipAddress).toString();
@@ -328,21 +339,25 @@ bool OVIKPlatform::SetNetworkSettings()
         oInterface.gateway_ip = QHostAddress(gateWay).toString();
     }
     m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON());
-    // What the service refuses goes unnoticed, however fast it replies: an error at once is a lost connection.
-    if (!m_ovikConnection->isConnected())
+    // What the service refuses goes unnoticed, however fast it replies: an error at once is a lost
+    // connection.
+    if (!m_ovikConnection->isConnected()) {
         return false;
+    }
     m_networkManager->applyNewConfiguration();
     return true;
 }
 
 QHostAddress OVIKPlatform::GetBestInterfaceIP()
 {
-    if (!isConnectedOrInit() || !m_networkManager)
+    if (!isConnectedOrInit() || !m_networkManager) {
         return {};
+    }
     QDBusPendingReply<QString> oReply = m_networkManager->getConfigJSON();
     oReply.waitForFinished();
-    if (oReply.isError())
+    if (oReply.isError()) {
         return {};
+    }
     OVIK::NetworkConfiguration oConfiguration;
     try {
         oConfiguration.fromJSON(oReply.value());
@@ -350,23 +365,27 @@ QHostAddress OVIKPlatform::GetBestInterfaceIP()
         return {};
     }
     for (const Interface* pInterface : std::as_const(oConfiguration.interfaces)) {
-        if (!pInterface || pInterface->hidden)
+        if (!pInterface || pInterface->hidden) {
             continue;
+        }
         const QHostAddress oAddress(pInterface->actual_ip_address);
-        if (!oAddress.isNull())
+        if (!oAddress.isNull()) {
             return oAddress;
+        }
     }
     return {};
 }
 
 quint32 OVIKPlatform::GetVersion()
 {
-    if (!isConnectedOrInit() || version != 0 || !m_mainosInfo)
+    if (!isConnectedOrInit() || version != 0 || !m_mainosInfo) {
         return version;
+    }
     QDBusPendingReply<partitionInfo> oReply = m_mainosInfo->info();
     oReply.waitForFinished();
-    if (oReply.isError())
+    if (oReply.isError()) {
         return version;
+    }
     const partitionInfo oInfo = oReply.value();
     version =
         versionNumber(oInfo, 11) << 24U | versionNumber(oInfo, 13) << 16U | versionNumber(oInfo, 15) << 8U;
@@ -375,21 +394,24 @@ quint32 OVIKPlatform::GetVersion()
 
 void OVIKPlatform::restartNTPDService(bool bEnable)
 {
-    if (!m_serviceManager)
+    if (!m_serviceManager) {
         return;
+    }
     // Every change starts from a daemon that is stopped and disabled.
     m_serviceManager->stop(g_strNTPService);
     m_serviceManager->disable(g_strNTPService);
-    if (!bEnable)
+    if (!bEnable) {
         return;
+    }
     m_serviceManager->enable(g_strNTPService);
     m_serviceManager->start(g_strNTPService);
 }
 
 bool OVIKPlatform::isNTPDEnabled()
 {
-    if (!m_serviceManager)
+    if (!m_serviceManager) {
         return false;
+    }
     QDBusPendingReply<bool> oReply = m_serviceManager->enabled(g_strNTPService);
     oReply.waitForFinished();
     return !oReply.isError() && oReply.value();
@@ -397,8 +419,9 @@ bool OVIKPlatform::isNTPDEnabled()
 
 void OVIKPlatform::Reboot()
 {
-    if (isConnectedOrInit() && m_ovik)
+    if (isConnectedOrInit() && m_ovik) {
         m_ovik->restartSystem();
+    }
 }
 
 void OVIKPlatform::SetDeviceNameAsString(QString strName)
@@ -406,7 +429,7 @@ void OVIKPlatform::SetDeviceNameAsString(QString strName)
     m_deviceName = std::move(strName);
 }
 
-QString OVIKPlatform::GetDeviceNameAsString()
+QString OVIKPlatform::GetDeviceNameAsString() const
 {
     return m_deviceName;
 }

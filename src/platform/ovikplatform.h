@@ -56,31 +56,31 @@ public:
     bool SetInterfaceName(const char* pName);
 
     /** Copies the cached MAC address, the first byte first, to the six bytes at pAddress. Always true. */
-    bool GetMacAddress(unsigned char* pAddress);
+    bool GetMacAddress(unsigned char* pAddress) const;
 
     /** Returns the cached IPv4 address. */
-    quint32 GetIpAddress();
+    quint32 GetIpAddress() const;
 
     /** Returns the cached IPv4 address in dotted form, "0.0.0.0" for none. */
-    QString GetIpAddressAsString();
+    QString GetIpAddressAsString() const;
 
     /** Caches an IPv4 address and clears the cached DHCP flag. Always true. */
     bool SetIpAddress(quint32 nAddress);
 
     /** Returns the cached netmask. */
-    quint32 GetNetmask();
+    quint32 GetNetmask() const;
 
     /** Caches a netmask and clears the cached DHCP flag. Always true. */
     bool SetNetmask(quint32 nNetmask);
 
     /** Returns the cached gateway. */
-    quint32 GetGateWay();
+    quint32 GetGateWay() const;
 
     /** Caches a gateway and clears the cached DHCP flag. Always true. */
     bool SetGateWay(quint32 nGateWay);
 
     /** Returns the cached DHCP flag. */
-    bool GetDHCP();
+    bool GetDHCP() const;
 
     /** Caches the DHCP flag; to be called after the setters of the addresses, which clear it. Always true. */
     bool SetDHCP(bool bDHCP);
@@ -140,7 +140,7 @@ public:
     void SetDeviceNameAsString(QString strName);
 
     /** Returns the device name kept last, empty until the runtime has sent one. */
-    QString GetDeviceNameAsString();
+    QString GetDeviceNameAsString() const;
 
 private:
     OVIKPlatform();

@@ -136,12 +136,14 @@ void PlatformTest::findsService()
     QTEST(oClient.takeLog(), "oLog");
     // An operation looks for the service again if there is none, and not if there is one.
     oClient.act("Reboot");
-    if (bFound)
+    if (bFound) {
         QCOMPARE(oClient.takeLog(), QStringList());
-    else
+    } else {
         QTEST(oClient.takeLog(), "oLog");
-    if (strBuses.contains('*'))
+    }
+    if (strBuses.contains('*')) {
         QTEST(callsOf(oClient), "oCalls");
+    }
     QVERIFY(oClient.finish());
 }
 
@@ -155,8 +157,9 @@ void PlatformTest::sendsNothingElse()
     while (!oMonitor.nextLine().startsWith("Monitoring")) {
     }
     PlatformClient oClient(m_oSystemBus, m_oSessionBus);
-    for (const char* pAction : {"SetNetworkSettings", "GetBestInterfaceIP", "GetVersion", "Reboot"})
+    for (const char* pAction : {"SetNetworkSettings", "GetBestInterfaceIP", "GetVersion", "Reboot"}) {
         oClient.act(pAction);
+    }
     QStringList oSent;
     while (!oSent.endsWith("/:com.quen.OVIK.restartSystem")) {
         const QJsonObject oCall = QJsonDocument::fromJson(oMonitor.nextLine().toUtf8()).object();
@@ -227,10 +230,11 @@ void PlatformTest::acts()
     QVERIFY(m_oSimulator.setUp("well"));
     for (const QString& strLine : oScript) {
         const QString strAction = strLine.section(" =", 0, 0);
-        if (strAction == strLine)
+        if (strAction == strLine) {
             QVERIFY2(steer(strLine), qPrintable(strLine));
-        else
+        } else {
             QCOMPARE(QString(strAction + " = " + oClient.act(strAction)).trimmed(), strLine);
+        }
     }
     QTEST(callsOf(oClient).replaceInStrings(QRegularExpression("^"), "> "), "oCalls");
     QTEST(oClient.takeLog().replaceInStrings(QRegularExpression("^"), "! "), "oLog");

@@ -29,8 +29,9 @@ QString ChildProcess::startAndReadLine(const QString& strProgram, const QStringL
 QString ChildProcess::nextLine()
 {
     while (!canReadLine()) {
-        if (!waitForReadyRead(g_nTimeoutMs))
+        if (!waitForReadyRead(g_nTimeoutMs)) {
             return {};
+        }
     }
     return QString::fromUtf8(readLine()).chopped(1);
 }

@@ -24,10 +24,12 @@ QString PlatformClient::result()
 {
     for (;;) {
         const QString strLine = m_oProcess.nextLine();
-        if (strLine.isNull())
+        if (strLine.isNull()) {
             return QStringLiteral("gone");
-        if (strLine.startsWith(QLatin1String("= ")))
+        }
+        if (strLine.startsWith(QLatin1String("= "))) {
             return strLine.mid(2);
+        }
         m_oLog << strLine;
     }
 }

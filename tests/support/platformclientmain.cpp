@@ -24,6 +24,11 @@ QString textOf(quint32 nResult)
     return QString::number(nResult, 16);
 }
 
+QString textOf(const QString& strResult)
+{
+    return strResult;
+}
+
 QString textOf(const QHostAddress& oResult)
 {
     return oResult.toString();
@@ -63,6 +68,12 @@ fnAction action(Result (OVIKPlatform::*fnOperation)(Argument...))
     };
 }
 
+template<typename Result>
+fnAction action(Result (OVIKPlatform::*fnOperation)() const)
+{
+    return [=](const QByteArray&) { return QString(textOf((OVIKPlatform::getInstance()->*fnOperation)())); };
+}
+
 QString macAddress(const QByteArray& /*oText*/)
 {
     QByteArray oBytes(6, '\0');
@@ -98,8 +109,7 @@ const QMap<QByteArray, fnAction> g_oActions = {
     {"GetDHCP", action(&OVIKPlatform::GetDHCP)},
     {"GetGateWay", action(&OVIKPlatform::GetGateWay)},
     {"GetIpAddress", action(&OVIKPlatform::GetIpAddress)},
-    {"GetIpAddressAsString",
-     [](const QByteArray&) { return OVIKPlatform::getInstance()->GetIpAddressAsString(); }},
+    {"GetIpAddressAsString", action(&OVIKPlatform::GetIpAddressAsString)},
     {"GetMacAddress", macAddress},
     {"GetNetmask", action(&OVIKPlatform::GetNetmask)},
     {"GetVersion", action(&OVIKPlatform::GetVersion)},
@@ -129,8 +139,9 @@ wrapToJSON(const Interface* pInterface) __asm__("__wrap__ZNK4OVIK20NetworkConfig
 
 QString wrapToJSON(const Interface* pInterface)
 {
-    if (g_bHold)
+    if (g_bHold) {
         hold();
+    }
     return realToJSON(pInterface);
 }
 

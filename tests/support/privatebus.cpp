@@ -5,8 +5,9 @@
 PrivateBus::PrivateBus(int nReplyTimeoutMs)
 {
     QFile oFile(m_oFolder.filePath(QStringLiteral("bus.conf")));
-    if (!oFile.open(QIODevice::WriteOnly))
+    if (!oFile.open(QIODevice::WriteOnly)) {
         return;
+    }
     const QString strConfiguration = QStringLiteral(
         "<busconfig><type>session</type><listen>%1</listen><auth>EXTERNAL</auth><policy context='default'>"
         "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy>"

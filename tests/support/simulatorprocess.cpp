@@ -19,8 +19,9 @@ bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArgumen
     m_strConnection = QStringLiteral("steering-%1").arg(++nConnections);
     const QStringList oAddress = {QStringLiteral("--address"), oBus.address()};
     if (m_oProcess.startAndReadLine(QStringLiteral(OVIK_SIMULATOR), oAddress + oArguments) !=
-        QLatin1String("ready"))
+        QLatin1String("ready")) {
         return false;
+    }
     m_pSteering = std::make_unique<ComQuenOVIKSimulatorInterface>(
         QStringLiteral("com.quen.OVIK.Simulator"), QStringLiteral("/Simulator"),
         QDBusConnection::connectToBus(oBus.address(), m_strConnection));
@@ -48,6 +49,13 @@ bool SimulatorProcess::setUp(const QString& strWorld, const QString& strArgument
 {
     m_pSteering->Clear().waitForFinished();
     QDBusPendingReply<> oReply = m_pSteering->SetWorld(strWorld, strArgument);
+    oReply.waitForFinished();
+    return !oReply.isError();
+}
+
+bool SimulatorProcess::setDocument(const QString& strJSON)
+{
+    QDBusPendingReply<> oReply = m_pSteering->SetDocument(strJSON);
     oReply.waitForFinished();
     return !oReply.isError();
 }

@@ -32,6 +32,9 @@ public:
      * known. */
     bool setUp(const QString& strWorld, const QString& strArgument = {});
 
+    /** Replaces the network configuration; returns false if the text is none. */
+    bool setDocument(const QString& strJSON);
+
     /** Returns the calls received since the last setUp(), each as its path, member and arguments. */
     QStringList calls();
 
