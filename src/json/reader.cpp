@@ -148,8 +148,7 @@ public:
         return c;
     }
 
-    /** Takes the bytes up to the first that is not in the set, which holds neither line feed nor quotation
-     * mark. */
+    /** Takes the bytes that are in the set, which must hold neither line feed nor quotation mark. */
     std::string GetAll(const ByteSet& oBytes)
     {
         const char* pBegin = m_pNext;
@@ -164,14 +163,20 @@ public:
 
     void SkipWhiteSpace()
     {
-        SkipInChunk(oBlanks);
-        FillAtEnd();
+        SkipBlanks();
         while (!EOS() && oWhiteSpace.Contains(Peek())) {
             Get();
+            SkipBlanks();
         }
     }
 
 private:
+    void SkipBlanks()
+    {
+        SkipInChunk(oBlanks);
+        FillAtEnd();
+    }
+
     // The mark behind the chunk is in no set and ends the loop.
     void SkipInChunk(const ByteSet& oBytes)
     {
@@ -193,15 +198,14 @@ private:
     void GetMore(const ByteSet& oBytes, std::string& sTaken);
 
     std::istream& m_iStr;
-    // The place of m_pLocated: behind the last line feed or at the chunk's begin. It is not kept up byte by
-    // byte.
+    // The place of m_pLocated, which is behind the last line feed or where the chunk begins.
     Location m_Location;
     const char* m_pLocated = nullptr;
     const char* m_pNext = nullptr;
     const char* m_pEnd = nullptr;
     // One byte more than is read, for the mark.
-    std::array<char, nInputChunk + 1>
-        m_Chunk; // NOLINT(cppcoreguidelines-pro-type-member-init): filled when read
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): is filled when it is read
+    std::array<char, nInputChunk + 1> m_Chunk;
 };
 
 void Reader::InputStream::Fill()
