@@ -236,6 +236,26 @@ private:
     UnknownElement* m_pElement = nullptr;
 };
 
+namespace {
+
+/** Empties a container: by plain recursion, which is faster, as long as that is not deep. */
+template<class ContainerType, class ChildrenType>
+void EraseTree(ContainerType& container, ChildrenType& children)
+{
+    constexpr unsigned int nMaxRecursion = 64;
+    thread_local unsigned int nRecursion = 0;
+
+    if (nRecursion == nMaxRecursion) {
+        TreeEraser().Erase(container);
+        return;
+    }
+    ++nRecursion;
+    children.clear();
+    --nRecursion;
+}
+
+} // namespace
+
 /** Compares two trees with a work list of the containers that are still to be compared. */
 class TreeComparer : private ConstVisitor
 {
@@ -517,9 +537,7 @@ Array::Array(const Array& other)
 
 Array::~Array()
 {
-    if (!Empty()) {
-        TreeEraser().Erase(*this);
-    }
+    EraseTree(*this, m_Elements);
 }
 
 Array& Array::operator=(const Array& other)
@@ -575,9 +593,7 @@ Object::Object(const Object& other)
 
 Object::~Object()
 {
-    if (!Empty()) {
-        TreeEraser().Erase(*this);
-    }
+    EraseTree(*this, m_Members);
 }
 
 Object& Object::operator=(const Object& other)

@@ -255,7 +255,12 @@ public:
     struct Member
     {
         /** Makes a member, by default without a name and holding a null. */
-        Member(std::string nameIn = std::string(), UnknownElement elementIn = UnknownElement())
+        Member(const std::string& nameIn = std::string(), const UnknownElement& elementIn = UnknownElement())
+            : name(nameIn), element(elementIn)
+        {
+        }
+        /** Takes over the name and the element. */
+        Member(std::string&& nameIn, UnknownElement&& elementIn)
             : name(std::move(nameIn)), element(std::move(elementIn))
         {
         }

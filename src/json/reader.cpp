@@ -1,7 +1,9 @@
 #include "json/reader.h"
 
 #include <array>
+#include <bitset>
 #include <charconv>
+#include <iterator>
 #include <locale>
 #include <set>
 #include <sstream>
@@ -12,9 +14,9 @@ namespace json {
 namespace {
 
 constexpr unsigned int nMaxDepth = 1024;
-constexpr std::size_t nInputChunk = 4096;
+constexpr std::streamsize nInputChunk = 4096;
 // How far the scanner runs ahead of the parser.
-constexpr std::size_t nTokenBatch = 32;
+constexpr std::size_t nTokenBatch = 16;
 // Above this many members names are looked up in an index.
 constexpr std::size_t nMaxUnindexed = 24;
 
@@ -44,6 +46,12 @@ private:
     std::array<bool, 256> m_Contains = {};
 };
 
+const std::string sQuotationMark = "\"";
+const std::string sTrue = "true";
+const std::string sFalse = "false";
+const std::string sNull = "null";
+
+constexpr ByteSet oBlanks(" \t");
 constexpr ByteSet oWhiteSpace(" \t\n\v\f\r");
 constexpr ByteSet oNumberBytes("0123456789.eE-+");
 constexpr ByteSet oPlainStringBytes = ~ByteSet("\"\\\n");
@@ -68,37 +76,50 @@ struct Reader::Token
     };
 
     /** Returns the type of the tokens that begin with c, TOKEN_NONE when none does. */
-    static Type TypeOf(char c)
-    {
-        switch (c) {
-        case '{':
-            return TOKEN_OBJECT_BEGIN;
-        case '}':
-            return TOKEN_OBJECT_END;
-        case '[':
-            return TOKEN_ARRAY_BEGIN;
-        case ']':
-            return TOKEN_ARRAY_END;
-        case ',':
-            return TOKEN_NEXT_ELEMENT;
-        case ':':
-            return TOKEN_MEMBER_ASSIGN;
-        case '"':
-            return TOKEN_STRING;
-        case 't':
-        case 'f':
-            return TOKEN_BOOLEAN;
-        case 'n':
-            return TOKEN_NULL;
-        default:
-            return c == '-' || (c >= '0' && c <= '9') ? TOKEN_NUMBER : TOKEN_NONE;
-        }
-    }
+    static Type TypeOf(char c);
 
-    Type nType = TOKEN_NONE;
+    /** Scans the token that begins at the stream's place. */
+    explicit Token(InputStream& inputStream);
+    Token(Type nTokenType, const Location& locToken, InputStream& inputStream);
+
+    Type nType;
     std::string sValue;
     Location locBegin;
     Location locEnd;
+};
+
+/** Tells by its first byte of which type a token is. */
+class Reader::TokenTypes
+{
+public:
+    constexpr TokenTypes()
+    {
+        for (Token::Type& nType : m_Types) {
+            nType = Token::TOKEN_NONE;
+        }
+        Set("{", Token::TOKEN_OBJECT_BEGIN);
+        Set("}", Token::TOKEN_OBJECT_END);
+        Set("[", Token::TOKEN_ARRAY_BEGIN);
+        Set("]", Token::TOKEN_ARRAY_END);
+        Set(",", Token::TOKEN_NEXT_ELEMENT);
+        Set(":", Token::TOKEN_MEMBER_ASSIGN);
+        Set("\"", Token::TOKEN_STRING);
+        Set("-0123456789", Token::TOKEN_NUMBER);
+        Set("tf", Token::TOKEN_BOOLEAN);
+        Set("n", Token::TOKEN_NULL);
+    }
+
+    constexpr Token::Type Of(char c) const { return m_Types[static_cast<unsigned char>(c)]; }
+
+private:
+    constexpr void Set(std::string_view sFirstBytes, Token::Type nType)
+    {
+        for (const char c : sFirstBytes) {
+            m_Types[static_cast<unsigned char>(c)] = nType;
+        }
+    }
+
+    std::array<Token::Type, 256> m_Types = {};
 };
 
 /** The text, read in chunks, and the place in it. Peek() and Get() must not be called at the end. */
@@ -109,61 +130,108 @@ public:
 
     bool EOS() const { return m_pNext == m_pEnd; }
     char Peek() const { return *m_pNext; }
-    const Location& GetLocation() const { return m_Location; }
+
+    Location GetLocation() const
+    {
+        const auto nSince = static_cast<unsigned int>(m_pNext - m_pLocated);
+        return {m_Location.m_nLine, m_Location.m_nLineOffset + nSince, m_Location.m_nDocOffset + nSince};
+    }
 
     char Get()
     {
         const char c = *m_pNext++;
-        ++m_Location.m_nDocOffset;
-        ++m_Location.m_nLineOffset;
         if (c == '\n') {
-            ++m_Location.m_nLine;
-            m_Location.m_nLineOffset = 0;
+            m_Location = {m_Location.m_nLine + 1, 0, GetLocation().m_nDocOffset};
+            m_pLocated = m_pNext;
         }
-        if (EOS()) {
-            Fill();
-        }
+        FillAtEnd();
         return c;
     }
 
-    /** Appends the bytes up to the first that is not in the set, which must not hold the line feed. */
-    void GetAll(const ByteSet& oBytes, std::string& sTaken)
+    /** Takes the bytes that are in the set, which must hold neither line feed nor quotation mark. */
+    std::string GetAll(const ByteSet& oBytes)
     {
-        while (!EOS() && oBytes.Contains(Peek())) {
-            const char* pBegin = m_pNext;
-            do {
-                ++m_pNext;
-            } while (m_pNext != m_pEnd && oBytes.Contains(*m_pNext));
-            const auto nTaken = static_cast<unsigned int>(m_pNext - pBegin);
-            sTaken.append(pBegin, nTaken);
-            m_Location.m_nDocOffset += nTaken;
-            m_Location.m_nLineOffset += nTaken;
-            if (EOS()) {
-                Fill();
-            }
+        const char* pBegin = m_pNext;
+        SkipInChunk(oBytes);
+        std::string sTaken(pBegin, std::size_t(m_pNext - pBegin));
+        if (EOS()) {
+            Fill();
+            GetMore(oBytes, sTaken);
+        }
+        return sTaken;
+    }
+
+    void SkipWhiteSpace()
+    {
+        SkipBlanks();
+        while (!EOS() && oWhiteSpace.Contains(Peek())) {
+            Get();
+            SkipBlanks();
         }
     }
 
 private:
-    void Fill()
+    void SkipBlanks()
     {
-        m_pNext = m_pEnd = m_Chunk.data();
-        if (!m_iStr.good()) {
-            return;
+        SkipInChunk(oBlanks);
+        FillAtEnd();
+    }
+
+    // The mark behind the chunk is in no set and ends the loop.
+    void SkipInChunk(const ByteSet& oBytes)
+    {
+        const char* pNext = m_pNext;
+        while (oBytes.Contains(*pNext)) {
+            ++pNext;
         }
-        const std::streamsize nRead = m_iStr.rdbuf()->sgetn(m_Chunk.data(), std::streamsize(m_Chunk.size()));
-        m_pEnd += nRead;
-        if (nRead < std::streamsize(m_Chunk.size())) {
-            m_iStr.setstate(std::ios_base::eofbit);
+        m_pNext = pNext;
+    }
+
+    void FillAtEnd()
+    {
+        if (EOS()) {
+            Fill();
         }
     }
 
+    void Fill();
+    void GetMore(const ByteSet& oBytes, std::string& sTaken);
+
     std::istream& m_iStr;
+    // The place of m_pLocated, which is behind the last line feed or where the chunk begins.
     Location m_Location;
+    const char* m_pLocated = nullptr;
     const char* m_pNext = nullptr;
     const char* m_pEnd = nullptr;
-    std::array<char, nInputChunk> m_Chunk; // NOLINT(cppcoreguidelines-pro-type-member-init): filled when read
+    // One byte more than is read, for the mark.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): is filled when it is read
+    std::array<char, nInputChunk + 1> m_Chunk;
 };
+
+void Reader::InputStream::Fill()
+{
+    m_Location = GetLocation();
+    char* pEnd = m_Chunk.data();
+    if (m_iStr.good()) {
+        pEnd += m_iStr.rdbuf()->sgetn(m_Chunk.data(), nInputChunk);
+        if (pEnd != m_Chunk.data() + nInputChunk) {
+            m_iStr.setstate(std::ios_base::eofbit);
+        }
+    }
+    *pEnd = '"';
+    m_pLocated = m_pNext = m_Chunk.data();
+    m_pEnd = pEnd;
+}
+
+void Reader::InputStream::GetMore(const ByteSet& oBytes, std::string& sTaken)
+{
+    while (!EOS() && oBytes.Contains(Peek())) {
+        const char* pBegin = m_pNext;
+        SkipInChunk(oBytes);
+        sTaken.append(pBegin, m_pNext);
+        FillAtEnd();
+    }
+}
 
 /** The tokens of the text, scanned a batch at a time. */
 class Reader::TokenStream
@@ -182,7 +250,7 @@ public:
     Token& Peek()
     {
         if (EOS()) {
-            throw ParseException("Unexpected end of token stream", m_locEnd, m_locEnd);
+            ThrowEnd();
         }
         return *m_itCurrent;
     }
@@ -203,16 +271,20 @@ public:
     }
 
 private:
+    [[noreturn]] void ThrowEnd() const
+    {
+        throw ParseException("Unexpected end of token stream", m_locEnd, m_locEnd);
+    }
+
     bool ScanBatch()
     {
+        if (!m_Tokens.empty()) {
+            m_locEnd = m_Tokens.back().locEnd;
+        }
         m_Tokens.clear();
         Scan(m_Tokens, m_InputStream);
         m_itCurrent = m_Tokens.begin();
-        if (m_Tokens.empty()) {
-            return false;
-        }
-        m_locEnd = m_Tokens.back().locEnd;
-        return true;
+        return !m_Tokens.empty();
     }
 
     InputStream& m_InputStream;
@@ -223,35 +295,62 @@ private:
 
 namespace {
 
-/** Finds names that an object has already. An index of sorted names cannot be slowed down by chosen names. */
+/**
+ * Watches that an object's names stay unique while members are added to it. A small object is searched,
+ * though only when a name has the mark of another; a large one gets an index of sorted names, which no choice
+ * of names can slow down.
+ */
 class NameIndex
 {
 public:
-    explicit NameIndex(const Object& object) : m_Object(object) {}
-
-    bool Contains(const std::string& sName)
+    explicit NameIndex(const Object& object) : m_Object(object)
     {
-        if (m_Object.Size() <= nMaxUnindexed) {
-            return m_Object.Find(sName) != m_Object.End();
+        for (auto itMember = object.Begin(); itMember != object.End(); ++itMember) {
+            m_Marks.set(Mark(itMember->name));
         }
-        if (m_Names.empty()) {
-            for (auto itMember = m_Object.Begin(); itMember != m_Object.End(); ++itMember) {
-                m_Names.insert(itMember->name);
-            }
-        }
-        return m_Names.count(sName) != 0;
     }
 
-    /** Keeps a reference to the name of a member that was added. */
-    void Add(const std::string& sName)
+    /** Takes note of the name of the object's last member; tells whether no other member has it. */
+    bool AddLast(const std::string& sName)
     {
-        if (!m_Names.empty()) {
-            m_Names.insert(sName);
+        if (m_Object.Size() > nMaxUnindexed) {
+            return AddToIndex(sName);
         }
+        auto oMark = m_Marks[Mark(sName)];
+        if (oMark && m_Object.Find(sName) != std::prev(m_Object.End())) {
+            return false;
+        }
+        oMark = true;
+        return true;
     }
 
 private:
+    bool AddToIndex(const std::string& sName)
+    {
+        if (m_Names.empty()) {
+            const auto itLast = std::prev(m_Object.End());
+            for (auto itMember = m_Object.Begin(); itMember != itLast; ++itMember) {
+                m_Names.insert(itMember->name);
+            }
+        }
+        return m_Names.insert(sName).second;
+    }
+
+    static constexpr std::size_t nMarks = 256;
+
+    static std::size_t Mark(const std::string& sName)
+    {
+        if (sName.empty()) {
+            return 0;
+        }
+        constexpr std::size_t nFactor = 31;
+        const std::size_t nLast = static_cast<unsigned char>(sName.back());
+        const std::size_t nMiddle = static_cast<unsigned char>(sName[sName.size() / 2]);
+        return ((nLast * nFactor + nMiddle) * nFactor + sName.size()) % nMarks;
+    }
+
     const Object& m_Object;
+    std::bitset<nMarks> m_Marks;
     std::set<std::string_view> m_Names;
 };
 
@@ -309,54 +408,57 @@ void Reader::Read(Object& object, std::istream& istr)
     }
 }
 
+Reader::Token::Type Reader::Token::TypeOf(char c)
+{
+    static constexpr TokenTypes oTypes;
+    return oTypes.Of(c);
+}
+
+Reader::Token::Token(InputStream& inputStream)
+    : Token(TypeOf(inputStream.Peek()), inputStream.GetLocation(), inputStream)
+{
+}
+
+Reader::Token::Token(Type nTokenType, const Location& locToken, InputStream& inputStream)
+    : nType(nTokenType), sValue(MatchValue(nTokenType, inputStream)), locBegin(locToken),
+      locEnd(inputStream.GetLocation())
+{
+}
+
 void Reader::Scan(std::vector<Token>& tokens, InputStream& inputStream)
 {
-    while (tokens.size() < nTokenBatch) {
-        while (!inputStream.EOS() && oWhiteSpace.Contains(inputStream.Peek())) {
-            inputStream.Get();
-        }
-        if (inputStream.EOS()) {
-            return;
-        }
-        ScanToken(tokens.emplace_back(), inputStream);
+    inputStream.SkipWhiteSpace();
+    while (!inputStream.EOS() && tokens.size() < nTokenBatch) {
+        tokens.emplace_back(inputStream);
+        inputStream.SkipWhiteSpace();
     }
 }
 
-void Reader::ScanToken(Token& token, InputStream& inputStream)
+std::string Reader::MatchValue(int nType, InputStream& inputStream)
 {
-    token.locBegin = inputStream.GetLocation();
     const char c = inputStream.Peek();
-    token.nType = Token::TypeOf(c);
-    switch (token.nType) {
-    case Token::TOKEN_STRING:
-        token.sValue = MatchString(inputStream);
-        break;
-    case Token::TOKEN_NUMBER:
-        token.sValue = MatchNumber(inputStream);
-        break;
-    case Token::TOKEN_BOOLEAN:
-        token.sValue = c == 't' ? "true" : "false";
-        MatchExpectedString(inputStream, token.sValue);
-        break;
-    case Token::TOKEN_NULL:
-        token.sValue = "null";
-        MatchExpectedString(inputStream, token.sValue);
-        break;
-    case Token::TOKEN_NONE:
-        throw ScanException(std::string("Unexpected character in stream: ") + c, inputStream.GetLocation());
-    default:
-        token.sValue = inputStream.Get();
+    if (nType < Token::TOKEN_STRING) {
+        inputStream.Get();
+        return std::string(&c, 1);
     }
-    token.locEnd = inputStream.GetLocation();
+    switch (nType) {
+    case Token::TOKEN_STRING:
+        return MatchString(inputStream);
+    case Token::TOKEN_NUMBER:
+        return MatchNumber(inputStream);
+    case Token::TOKEN_BOOLEAN:
+        return MatchLiteral(c == 't' ? sTrue : sFalse, inputStream);
+    case Token::TOKEN_NULL:
+        return MatchLiteral(sNull, inputStream);
+    default:
+        ThrowUnexpected(c, inputStream);
+    }
 }
 
 std::string Reader::MatchString(InputStream& inputStream)
 {
-    static const std::string sQuotationMark = "\"";
-
-    MatchExpectedString(inputStream, sQuotationMark);
-    std::string sString;
-    inputStream.GetAll(oPlainStringBytes, sString);
+    MatchQuotationMark(inputStream);
+    std::string sString = inputStream.GetAll(oPlainStringBytes);
     while (!inputStream.EOS() && inputStream.Peek() != '"') {
         const char c = inputStream.Get();
         if (c != '\\') {
@@ -364,10 +466,24 @@ std::string Reader::MatchString(InputStream& inputStream)
         } else if (!inputStream.EOS()) {
             sString += MatchEscaped(inputStream);
         }
-        inputStream.GetAll(oPlainStringBytes, sString);
+        sString += inputStream.GetAll(oPlainStringBytes);
     }
-    MatchExpectedString(inputStream, sQuotationMark);
+    MatchQuotationMark(inputStream);
     return sString;
+}
+
+void Reader::MatchQuotationMark(InputStream& inputStream)
+{
+    if (inputStream.EOS() || inputStream.Peek() != '"') {
+        MatchExpectedString(inputStream, sQuotationMark);
+    }
+    inputStream.Get();
+}
+
+const std::string& Reader::MatchLiteral(const std::string& sLiteral, InputStream& inputStream)
+{
+    MatchExpectedString(inputStream, sLiteral);
+    return sLiteral;
 }
 
 char Reader::MatchEscaped(InputStream& inputStream)
@@ -396,9 +512,7 @@ char Reader::MatchEscaped(InputStream& inputStream)
 
 std::string Reader::MatchNumber(InputStream& inputStream)
 {
-    std::string sNumber;
-    inputStream.GetAll(oNumberBytes, sNumber);
-    return sNumber;
+    return inputStream.GetAll(oNumberBytes);
 }
 
 void Reader::MatchExpectedString(InputStream& inputStream, const std::string& sExpected)
@@ -427,7 +541,7 @@ void Reader::Parse(UnknownElement& element, TokenStream& tokenStream)
     case Token::TOKEN_NULL:
         return Parse(element.ConvertTo<Null>(), tokenStream);
     default:
-        throw ParseException("Unexpected token: " + token.sValue, token.locBegin, token.locEnd);
+        ThrowUnexpected(token);
     }
 }
 
@@ -450,14 +564,15 @@ void Reader::Parse(Object& object, TokenStream& tokenStream)
     while (bMore) {
         const Location locBegin = tokenStream.Peek().locBegin;
         const Location locEnd = tokenStream.Peek().locEnd;
-        Object::Member oMember(std::move(MatchExpectedToken(Token::TOKEN_STRING, tokenStream)),
-                               UnknownElement(nullptr));
+        Object::Member& member = object.m_Members.emplace_back(
+            std::move(MatchExpectedToken(Token::TOKEN_STRING, tokenStream)), UnknownElement(nullptr));
         MatchExpectedToken(Token::TOKEN_MEMBER_ASSIGN, tokenStream);
-        Parse(oMember.element, tokenStream);
-        if (oNames.Contains(oMember.name)) {
-            throw ParseException("Duplicate object member token: " + oMember.name, locBegin, locEnd);
+        Parse(member.element, tokenStream);
+        if (!oNames.AddLast(member.name)) {
+            const std::string sName = std::move(member.name);
+            object.m_Members.pop_back();
+            throw ParseException("Duplicate object member token: " + sName, locBegin, locEnd);
         }
-        oNames.Add(object.m_Members.emplace_back(std::move(oMember)).name);
         bMore = MatchNextElement(tokenStream);
     }
     MatchExpectedToken(Token::TOKEN_OBJECT_END, tokenStream);
@@ -500,7 +615,7 @@ void Reader::Parse(Number& number, TokenStream& tokenStream)
 
 void Reader::Parse(Boolean& boolean, TokenStream& tokenStream)
 {
-    boolean.Value() = MatchExpectedToken(Token::TOKEN_BOOLEAN, tokenStream) == "true";
+    boolean.Value() = MatchExpectedToken(Token::TOKEN_BOOLEAN, tokenStream) == sTrue;
 }
 
 void Reader::Parse(Null& /*null*/, TokenStream& tokenStream)
@@ -512,9 +627,19 @@ std::string& Reader::MatchExpectedToken(int nType, TokenStream& tokenStream)
 {
     Token& token = tokenStream.Get();
     if (token.nType != nType) {
-        throw ParseException("Unexpected token: " + token.sValue, token.locBegin, token.locEnd);
+        ThrowUnexpected(token);
     }
     return token.sValue;
+}
+
+void Reader::ThrowUnexpected(char c, const InputStream& inputStream)
+{
+    throw ScanException(std::string("Unexpected character in stream: ") + c, inputStream.GetLocation());
+}
+
+void Reader::ThrowUnexpected(const Token& token)
+{
+    throw ParseException("Unexpected token: " + token.sValue, token.locBegin, token.locEnd);
 }
 
 bool Reader::MatchNextElement(TokenStream& tokenStream)

@@ -70,12 +70,15 @@ public:
 
 private:
     struct Token;
+    class TokenTypes;
     class InputStream;
     class TokenStream;
 
     static void Scan(std::vector<Token>& tokens, InputStream& inputStream);
-    static void ScanToken(Token& token, InputStream& inputStream);
+    static std::string MatchValue(int nType, InputStream& inputStream);
     static std::string MatchString(InputStream& inputStream);
+    static void MatchQuotationMark(InputStream& inputStream);
+    static const std::string& MatchLiteral(const std::string& sLiteral, InputStream& inputStream);
     static char MatchEscaped(InputStream& inputStream);
     static std::string MatchNumber(InputStream& inputStream);
     static void MatchExpectedString(InputStream& inputStream, const std::string& sExpected);
@@ -90,6 +93,8 @@ private:
     template<class ContainerType>
     void ParseNested(UnknownElement& element, TokenStream& tokenStream);
     static std::string& MatchExpectedToken(int nType, TokenStream& tokenStream);
+    [[noreturn]] static void ThrowUnexpected(char c, const InputStream& inputStream);
+    [[noreturn]] static void ThrowUnexpected(const Token& token);
     static bool MatchNextElement(TokenStream& tokenStream);
 
     unsigned int m_nDepth = 0;

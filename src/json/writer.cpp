@@ -15,27 +15,31 @@ constexpr std::size_t nMaxNumberText = 32;
 constexpr std::ios_base::fmtflags nNumberFlags =
     std::ios_base::floatfield | std::ios_base::showpoint | std::ios_base::showpos | std::ios_base::uppercase;
 
-/** Returns the letter that follows the backslash when c must be escaped, 0 when c is written as it is. */
-char EscapeLetter(char c)
+/** Knows the letter that follows the backslash for bytes that must be escaped, 0 for those written as they
+ * are. */
+class EscapeLetters
 {
-    switch (c) {
-    case '"':
-    case '\\':
-        return c;
-    case '\b':
-        return 'b';
-    case '\f':
-        return 'f';
-    case '\n':
-        return 'n';
-    case '\r':
-        return 'r';
-    case '\t':
-        return 't';
-    default:
-        return 0;
+public:
+    constexpr EscapeLetters()
+    {
+        Set('"', '"');
+        Set('\\', '\\');
+        Set('\b', 'b');
+        Set('\f', 'f');
+        Set('\n', 'n');
+        Set('\r', 'r');
+        Set('\t', 't');
     }
-}
+
+    constexpr char Of(char c) const { return m_Letters[static_cast<unsigned char>(c)]; }
+
+private:
+    constexpr void Set(char c, char cLetter) { m_Letters[static_cast<unsigned char>(c)] = cLetter; }
+
+    std::array<char, 256> m_Letters = {};
+};
+
+constexpr EscapeLetters oEscapeLetters;
 
 /** Formats a number as ostr would without its locale. */
 std::string FormatAs(const std::ostream& ostr, double dNumber)
@@ -52,9 +56,17 @@ std::string FormatAs(const std::ostream& ostr, double dNumber)
 
 void Writer::Write(const Object& object, std::ostream& ostr)
 {
-    Writer oWriter(ostr);
-    oWriter.Visit(object);
-    oWriter.WriteOpen();
+    const std::ostream::sentry oSentry(ostr);
+    if (!oSentry) {
+        return;
+    }
+    try {
+        Writer oWriter(ostr);
+        oWriter.Visit(object);
+        oWriter.WriteOpen();
+    } catch (...) {
+        ostr.setstate(std::ios_base::badbit);
+    }
     ostr.flush();
 }
 
@@ -107,7 +119,7 @@ void Writer::Visit(const Null& /*null*/)
 // Containers only queue up here when they are visited, so that depth costs no stack.
 void Writer::WriteOpen()
 {
-    while (!m_Open.empty()) {
+    while (!m_Open.empty() && m_ostr.good()) {
         if (m_Open.back().pArray) {
             WriteNextElement();
         } else {
@@ -120,11 +132,11 @@ void Writer::WriteNextElement()
 {
     sOpen& open = m_Open.back();
     if (open.itElement == open.pArray->End()) {
-        WriteText("]");
+        WriteByte(']');
         m_Open.pop_back();
         return;
     }
-    WriteText(open.itElement == open.pArray->Begin() ? "[" : ",");
+    WriteByte(open.itElement == open.pArray->Begin() ? '[' : ',');
     const UnknownElement& element = *open.itElement++;
     element.Accept(*this);
 }
@@ -133,11 +145,11 @@ void Writer::WriteNextMember()
 {
     sOpen& open = m_Open.back();
     if (open.itMember == open.pObject->End()) {
-        WriteText("}");
+        WriteByte('}');
         m_Open.pop_back();
         return;
     }
-    WriteText(open.itMember == open.pObject->Begin() ? "{" : ",");
+    WriteByte(open.itMember == open.pObject->Begin() ? '{' : ',');
     const Object::Member& member = *open.itMember++;
     WriteString(member.name);
     WriteText(" : ");
@@ -146,23 +158,34 @@ void Writer::WriteNextMember()
 
 void Writer::WriteString(std::string_view sValue)
 {
-    WriteText("\"");
+    WriteByte('"');
     std::size_t nWritten = 0;
     for (std::size_t n = 0; n < sValue.size(); ++n) {
-        const char cLetter = EscapeLetter(sValue[n]);
+        const char cLetter = oEscapeLetters.Of(sValue[n]);
         if (cLetter != 0) {
             WriteText(sValue.substr(nWritten, n - nWritten));
-            WriteText({std::array<char, 2>{'\\', cLetter}.data(), 2});
+            WriteByte('\\');
+            WriteByte(cLetter);
             nWritten = n + 1;
         }
     }
     WriteText(sValue.substr(nWritten));
-    WriteText("\"");
+    WriteByte('"');
 }
 
 void Writer::WriteText(std::string_view sText)
 {
-    m_ostr.write(sText.data(), std::streamsize(sText.size()));
+    const auto nSize = std::streamsize(sText.size());
+    if (m_Buffer.sputn(sText.data(), nSize) != nSize) {
+        m_ostr.setstate(std::ios_base::badbit);
+    }
+}
+
+void Writer::WriteByte(char c)
+{
+    if (m_Buffer.sputc(c) == std::char_traits<char>::eof()) {
+        m_ostr.setstate(std::ios_base::badbit);
+    }
 }
 
 } // namespace json

@@ -3,6 +3,7 @@
 #include "json/elements.h"
 
 #include <ostream>
+#include <streambuf>
 #include <string_view>
 #include <vector>
 
@@ -34,7 +35,7 @@ private:
         Object::const_iterator itMember;
     };
 
-    explicit Writer(std::ostream& ostr) : m_ostr(ostr) {}
+    explicit Writer(std::ostream& ostr) : m_ostr(ostr), m_Buffer(*ostr.rdbuf()) {}
 
     void Visit(const Array& array) override;
     void Visit(const Object& object) override;
@@ -48,9 +49,11 @@ private:
     void WriteNextMember();
     void WriteString(std::string_view sValue);
     void WriteText(std::string_view sText);
+    void WriteByte(char c);
 
     std::ostream& m_ostr;
     [[maybe_unused]] int m_nTabDepth = 0;
+    std::streambuf& m_Buffer;
     std::vector<sOpen> m_Open;
 };
 

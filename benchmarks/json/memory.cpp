@@ -1,0 +1,83 @@
+// Prints, one line each: candidate, interfaces, heap bytes at the peak while reading, heap bytes that the
+// document keeps. Every allocation of the process is counted, those in shared libraries too, with the size
+// that the heap really gave.
+#include "candidates.h"
+#include "documents.h"
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+
+extern "C" {
+void* __libc_malloc(std::size_t nSize);
+void* __libc_calloc(std::size_t nCount, std::size_t nSize);
+void* __libc_realloc(void* pOld, std::size_t nSize);
+void __libc_free(void* pOld);
+}
+
+namespace {
+
+std::size_t nInUse = 0;
+std::size_t nPeak = 0;
+
+void* count(void* pNew)
+{
+    nInUse += malloc_usable_size(pNew);
+    nPeak = std::max(nPeak, nInUse);
+    return pNew;
+}
+
+void discount(void* pOld)
+{
+    nInUse -= malloc_usable_size(pOld);
+}
+
+void measure(const Candidate& oCandidate, int nInterfaces)
+{
+    const std::string sText = configurationText(nInterfaces);
+    // What a library allocates once is none of the document's.
+    oCandidate.Read(sText);
+    const std::size_t nBefore = nInUse;
+    nPeak = nInUse;
+    const auto pDocument = oCandidate.Read(sText);
+    std::printf("%s %d %zu %zu\n", oCandidate.Name(), nInterfaces, nPeak - nBefore, nInUse - nBefore);
+}
+
+} // namespace
+
+extern "C" {
+
+void* malloc(std::size_t nSize)
+{
+    return count(__libc_malloc(nSize));
+}
+
+void* calloc(std::size_t nCount, std::size_t nSize)
+{
+    return count(__libc_calloc(nCount, nSize));
+}
+
+void* realloc(void* pOld, std::size_t nSize)
+{
+    discount(pOld);
+    return count(__libc_realloc(pOld, nSize));
+}
+
+void free(void* pOld)
+{
+    discount(pOld);
+    __libc_free(pOld);
+}
+}
+
+int main()
+{
+    for (const Candidate* pCandidate : candidates()) {
+        for (const int nInterfaces : {1, 10, 100, 1000}) {
+            measure(*pCandidate, nInterfaces);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,232 @@
+#include "jsontext.h"
+
+#include <QtTest>
+
+using namespace json;
+
+namespace {
+
+template<class Function>
+std::string messageOf(Function fn)
+{
+    try {
+        fn();
+    } catch (const Exception& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+/** Remembers which Visit was called and changes what it may. */
+class Marker : public Visitor
+{
+public:
+    void Visit(Array& array) override { array[0] = String("visited"); }
+    void Visit(Object& object) override { object["visited"]; }
+    void Visit(Number& number) override { number.Value() = 7; }
+    void Visit(String& string) override { string.Value() = "visited"; }
+    void Visit(Boolean& boolean) override { boolean.Value() = true; }
+    void Visit(Null& /*null*/) override { ++m_nNulls; }
+
+    int m_nNulls = 0;
+};
+
+} // namespace
+
+class ElementsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void comparesByKindAndValue();
+    void comparisonConvertsNothing();
+    void castsAndConverts();
+    void copiesAreIndependent();
+    void movedFromHoldsNull();
+    void assignsItselfAndDescendants();
+    void objectKeepsNamesUnique();
+    void arrayGrowsAndGuardsItsEnd();
+    void visitorsMayChange();
+    void deepTreesCostNoStack();
+};
+
+void ElementsTest::comparesByKindAndValue()
+{
+    QVERIFY(UnknownElement() == UnknownElement());
+    QVERIFY(UnknownElement() == Null());
+    QVERIFY(Null() == UnknownElement());
+    QVERIFY(!(UnknownElement(Number(1)) == UnknownElement(Boolean(true))));
+    QVERIFY(UnknownElement(String("a")) == String("a"));
+    QVERIFY(!(UnknownElement(String("a")) == String("b")));
+
+    const Object oOne = readText(R"({"a":1,"b":[{},[2]]})");
+    QVERIFY(oOne == readText(R"({"a":1,"b":[{},[2]]})"));
+    for (const char* szOther :
+         {R"({"b":[{},[2]],"a":1})", R"({"a":1,"b":[{},[3]]})", R"({"a":1,"b":[[],[2]]})",
+          R"({"a":1,"b":[{},[2,2]]})", R"({"a":1})", R"({"a":1,"c":[{},[2]]})", R"({"a":1,"b":{}})",
+          R"({"a":true,"b":[{},[2]]})"}) {
+        QVERIFY2(!(oOne == readText(szOther)), szOther);
+        QVERIFY2(!(readText(szOther) == oOne), szOther);
+    }
+}
+
+// A comparison the other way round must not go through the conversions, which discard.
+void ElementsTest::comparisonConvertsNothing()
+{
+    UnknownElement oElement(Number(1));
+    QVERIFY(!(Null() == oElement));
+    QVERIFY(!(String() == oElement));
+    QVERIFY(!(oElement == Object()));
+    QVERIFY(Number(1) == oElement);
+}
+
+void ElementsTest::castsAndConverts()
+{
+    UnknownElement oElement(Number(3));
+    const UnknownElement& oConstant = oElement;
+    QCOMPARE(oConstant.CastTo<Number>().Value(), 3.0);
+    QCOMPARE(messageOf([&] { oConstant.CastTo<String>(); }), std::string("Bad cast"));
+    QCOMPARE(messageOf([&] {
+                 const Object& oObject = oConstant;
+                 (void)oObject;
+             }),
+             std::string("Bad cast"));
+
+    QCOMPARE(&oElement.ConvertTo<Number>(), &oConstant.CastTo<Number>());
+    oElement.ConvertTo<Number>().Value() = 4;
+    QVERIFY(oElement == Number(4));
+    QVERIFY(oElement.ConvertTo<String>() == String());
+    QVERIFY(oElement == String());
+    Array& oArray = oElement;
+    QVERIFY(oArray.Empty());
+    const bool bValue = oElement.ConvertTo<Boolean>();
+    QVERIFY(!bValue);
+    QVERIFY(oElement.ConvertTo<Null>() == Null());
+}
+
+void ElementsTest::copiesAreIndependent()
+{
+    Object oOriginal = readText(R"({"a":{"b":[1,"x"]}})");
+    const Object oCopy(oOriginal);
+    oOriginal["a"].ConvertTo<Object>()["b"].ConvertTo<Array>()[1] = Null();
+    QCOMPARE(writeText(oCopy), std::string(R"({"a" : {"b" : [1,"x"]}})"));
+    QCOMPARE(writeText(oOriginal), std::string(R"({"a" : {"b" : [1,null]}})"));
+}
+
+void ElementsTest::movedFromHoldsNull()
+{
+    UnknownElement oSource(String("x"));
+    const UnknownElement oTarget(std::move(oSource));
+    QVERIFY(oTarget == String("x"));
+    QVERIFY(oSource == Null()); // NOLINT(bugprone-use-after-move)
+    QVERIFY(UnknownElement(oSource) == oSource);
+    Marker oMarker;
+    oSource.Accept(oMarker);
+    QCOMPARE(oMarker.m_nNulls, 1);
+    oSource = Number(1);
+    QVERIFY(oSource == Number(1));
+}
+
+void ElementsTest::assignsItselfAndDescendants()
+{
+    Object oObject = readText(R"({"a":{"b":{"c":1}}})");
+    const Object& oSame = oObject;
+    oObject = oSame;
+    QCOMPARE(writeText(oObject), std::string(R"({"a" : {"b" : {"c" : 1}}})"));
+    oObject = oObject["a"].ConvertTo<Object>();
+    QCOMPARE(writeText(oObject), std::string(R"({"b" : {"c" : 1}})"));
+    oObject = std::move(oObject["b"].ConvertTo<Object>());
+    QCOMPARE(writeText(oObject), std::string(R"({"c" : 1})"));
+
+    Array oArray;
+    oArray[0] = Array();
+    oArray[0].ConvertTo<Array>()[0] = String("x");
+    const Array& oSameArray = oArray;
+    oArray = oSameArray;
+    oArray.Insert(oArray[0]);
+    oArray[1] = oArray;
+    QCOMPARE(oArray.Size(), std::size_t(2));
+    oArray = oArray[1].ConvertTo<Array>()[0].ConvertTo<Array>();
+    QVERIFY(oArray.Size() == 1 && oArray[0] == String("x"));
+
+    UnknownElement oElement(readText(R"({"a":["x"]})"));
+    const UnknownElement& oSameElement = oElement;
+    oElement = oSameElement;
+    oElement = oElement.ConvertTo<Object>()["a"];
+    oElement = std::move(oElement.ConvertTo<Array>()[0]);
+    QVERIFY(oElement == String("x"));
+}
+
+void ElementsTest::objectKeepsNamesUnique()
+{
+    Object oObject;
+    QVERIFY(oObject["x"] == Null());
+    oObject["x"] = Number(1);
+    QVERIFY(oObject["x"] == Number(1));
+    QCOMPARE(oObject.Insert({"y", Number(2)})->name, std::string("y"));
+    QVERIFY(oObject.Insert(Object::Member("a"), oObject.Begin()) == oObject.Begin());
+    const std::string sText = writeText(oObject);
+    QCOMPARE(sText, std::string(R"({"a" : null,"x" : 1,"y" : 2})"));
+    QCOMPARE(messageOf([&] {
+                 oObject.Insert({"x", Null()}, oObject.Begin());
+             }),
+             std::string("Object member already exists: x"));
+    QCOMPARE(writeText(oObject), sText);
+    const Object& oConstant = oObject;
+    QCOMPARE(oConstant.Find("y")->name, std::string("y"));
+    QVERIFY(oConstant.Find("X") == oConstant.End());
+    QVERIFY(oObject.Find(std::string("x\0", 2)) == oObject.End());
+}
+
+void ElementsTest::arrayGrowsAndGuardsItsEnd()
+{
+    Array oArray;
+    oArray[3] = Number(3);
+    QCOMPARE(oArray.Size(), std::size_t(4));
+    QVERIFY(oArray[0] == Null() && oArray[2] == Null());
+    const Array& oConstant = oArray;
+    QVERIFY(oConstant[3] == Number(3));
+    QCOMPARE(messageOf([&] { oConstant[4]; }), std::string("Array out of bounds"));
+    QVERIFY(*oArray.Insert(Number(0), oArray.Begin()) == Number(0));
+    QVERIFY(*oArray.Insert(Number(5)) == Number(5));
+    QVERIFY(oArray[0] == Number(0) && oArray[4] == Number(3) && oArray[5] == Number(5));
+}
+
+void ElementsTest::visitorsMayChange()
+{
+    Marker oMarker;
+    for (const auto& [oBefore, szAfter] :
+         std::initializer_list<std::pair<UnknownElement, const char*>>{{Array(), R"(["visited"])"},
+                                                                       {Object(), R"({"visited" : null})"},
+                                                                       {Number(), "7"},
+                                                                       {String(), R"("visited")"},
+                                                                       {Boolean(), "true"},
+                                                                       {Null(), "null"}}) {
+        Object oObject;
+        oObject["v"] = oBefore;
+        oObject["v"].Accept(oMarker);
+        QCOMPARE(writeText(oObject), std::string(R"({"v" : )") + szAfter + "}");
+    }
+    QCOMPARE(oMarker.m_nNulls, 1);
+}
+
+void ElementsTest::deepTreesCostNoStack()
+{
+    constexpr int nLevels = 100000;
+    Object oObject;
+    oObject["deep"] = nest(nLevels, Number(1));
+    Object oCopy(oObject);
+    QVERIFY(oCopy == oObject);
+    QCOMPARE(writeText(oCopy), writeText(oObject));
+    QCOMPARE(writeText(oCopy).size(),
+             std::string(R"({"deep" : 1})").size() + nLevels / 2 * std::string(R"([{"a" : }])").size());
+    oObject["deep"] = nest(nLevels, Number(2));
+    QVERIFY(!(oCopy == oObject));
+    oCopy = oObject;
+    oObject["deep"].ConvertTo<Null>();
+    oCopy = Object();
+    QVERIFY(oCopy.Empty());
+}
+
+QTEST_APPLESS_MAIN(ElementsTest)
+#include "tst_elements.moc"
