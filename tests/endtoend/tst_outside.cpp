@@ -44,6 +44,9 @@ void runTraced(PanelProcess& oPanel, const QString& strFault)
 {
     oPanel.process().setArguments({"-o", "/dev/null", "-P", s_strPipe, "-e", strFault, PANEL_PROGRAM});
     oPanel.process().setProgram("strace");
+    QProcessEnvironment oEnvironment = oPanel.process().processEnvironment();
+    oEnvironment.insert("ASAN_OPTIONS", "detect_leaks=0"); // a traced process cannot look for its leaks
+    oPanel.process().setProcessEnvironment(oEnvironment);
 }
 
 } // namespace
