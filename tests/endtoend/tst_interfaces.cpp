@@ -19,8 +19,8 @@ QStringList blocks(PanelProcess& oPanel)
     QStringList oTexts;
     const QList<sWidget> oWidgets = oPanel.widgets();
     for (const sWidget& oWidget : oWidgets) {
-        if (oWidget.m_strClass == "QLabel" && oWidget.m_strName.isEmpty()) {
-            oTexts.append(oWidget.m_strText);
+        if (oWidget.isVisibleLabel() && oWidget.name().isEmpty()) {
+            oTexts.append(oWidget.text());
         }
     }
     return oTexts;
@@ -59,8 +59,9 @@ void TestInterfaces::followsTheService()
     // Once it is there the next refresh shows its values.
     SimulatorProcess oService;
     QVERIFY(oService.start(oBus));
-    oService.steering().SetDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"192.168.1.20\", "
-                                             "\"netmask\" : \"255.255.255.0\", \"gateway_ip\" : \"192.168.1.1\"}"));
+    oService.steering().SetDocument(
+        document("{\"name\" : \"eth0\", \"ip_address\" : \"192.168.1.20\", "
+                 "\"netmask\" : \"255.255.255.0\", \"gateway_ip\" : \"192.168.1.1\"}"));
     const auto fnHas = [&](const QStringList& oValues) {
         const QStringList oNow = blocks(oPanel);
         return oNow.mid(3, 3) == oValues || oNow.mid(9, 3) == oValues;
@@ -72,8 +73,7 @@ void TestInterfaces::followsTheService()
     oService.steering().SetDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"10.0.0.7\"}"));
     oService.steering().ClearCalls().waitForFinished();
     const sWidget oDevice = oPanel.widget("deviceTypeForm_Label");
-    const QPoint oValue = oDevice.m_oRect.topLeft() + QPoint(30, 70);
-    QVERIFY(oDisplay.pointer({"mousemove", QString::number(oValue.x()), QString::number(oValue.y()), "click", "1"}));
+    QVERIFY(oDisplay.tap(oDevice.rect().topLeft() + QPoint(30, 70)));
     QVERIFY(QTest::qWaitFor([&] { return fnHas({"10.0.0.7", "0.0.0.0", "0.0.0.0"}); }, 2000));
     QStringList oCalls = oService.calls();
     oCalls.sort();

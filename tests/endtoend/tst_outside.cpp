@@ -170,12 +170,10 @@ void TestOutside::configurationApplication()
     const Display oDisplay({800, 480});
     PanelProcess oPanel(oDisplay.name());
     QVERIFY(oPanel.start());
-    const QPoint oButton = oPanel.widget("toolButton").m_oRect.center();
-    const QStringList oTap{"mousemove", QString::number(oButton.x()), QString::number(oButton.y()), "click",
-                           "1"};
+    const QPoint oButton = oPanel.widget("toolButton").rect().center();
 
     // Without the application a tap does nothing.
-    QVERIFY(oDisplay.pointer(oTap));
+    QVERIFY(oDisplay.tap(oButton));
     QTest::qWait(300);
 
     // The application tells what it got, then stays.
@@ -186,8 +184,8 @@ void TestOutside::configurationApplication()
                   "echo \"[$QTDIR][$QT_PLUGIN_PATH][$LD_LIBRARY_PATH] \"$streams >/tmp/new.$$\n"
                   "mv /tmp/new.$$ /tmp/app.$$\nexec sleep 1000\n"));
     QFile::setPermissions("/usr/bin/kadconfig-app", QFile::ReadOwner | QFile::ExeOwner);
-    QVERIFY(oDisplay.pointer(oTap));
-    QVERIFY(oDisplay.pointer(oTap)); // each tap starts one
+    QVERIFY(oDisplay.tap(oButton));
+    QVERIFY(oDisplay.tap(oButton)); // each tap starts one
     const auto fnReports = [] { return QDir("/tmp").entryList({"app.[0-9]*"}); };
     QTRY_COMPARE(fnReports().size(), 2);
     QCOMPARE(contents("/tmp/" + fnReports().first()), QByteArray("[][][] /dev/null /dev/null /dev/null\n"));

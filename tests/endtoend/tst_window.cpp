@@ -4,11 +4,6 @@
 
 namespace {
 
-bool isText(const sWidget& oWidget)
-{
-    return oWidget.m_bVisible && oWidget.m_strClass == "QLabel";
-}
-
 const QByteArray s_oManyApplications = [] {
     QByteArray oLines = "dCompact controller 500/600, long name of a device type\nv3.5.19.10 (r12345)\nn20\n";
     for (int i = 0; i < 20; ++i) {
@@ -43,14 +38,20 @@ void TestWindow::fitsScreen_data()
     QTest::addColumn<int>("settingFont");
     QTest::addColumn<int>("scrollWidth");
     QTest::addColumn<int>("pitch");
-    QTest::newRow("272x480") << QSize(272, 480) << 16 << 18 << 12 << 20 << 48;
-    QTest::newRow("273x480") << QSize(273, 480) << 16 << 24 << 25 << 24 << 48;
-    QTest::newRow("480x272") << QSize(480, 272) << 16 << 24 << 25 << 24 << 48;
-    QTest::newRow("480x320") << QSize(480, 320) << 16 << 24 << 25 << 24 << 48;
-    QTest::newRow("481x320") << QSize(481, 320) << 20 << 30 << 25 << 32 << 62;
-    QTest::newRow("800x480") << QSize(800, 480) << 20 << 30 << 25 << 32 << 62;
-    QTest::newRow("1024x600") << QSize(1024, 600) << 20 << 30 << 25 << 32 << 62;
-    QTest::newRow("1280x800") << QSize(1280, 800) << 20 << 30 << 25 << 32 << 62;
+    for (const QSize oSize : {QSize(272, 480), QSize(273, 480), QSize(480, 272), QSize(480, 320),
+                              QSize(481, 320), QSize(800, 480), QSize(1024, 600), QSize(1280, 800)}) {
+        const bool bLarge = oSize.width() > 480;
+        const bool bSmall = oSize.width() <= 272;
+        QTest::addRow("%dx%d", oSize.width(), oSize.height()) << oSize << (bLarge ? 20 : 16)
+                                                              << (bLarge   ? 30
+                                                                  : bSmall ? 18
+                                                                           : 24)
+                                                              << (bSmall ? 12 : 25)
+                                                              << (bLarge   ? 32
+                                                                  : bSmall ? 20
+                                                                           : 24)
+                                                              << (bLarge ? 62 : 48);
+    }
 }
 
 void TestWindow::fitsScreen()
@@ -69,42 +70,43 @@ void TestWindow::fitsScreen()
     QVERIFY(oPanel.waitForLog("idx: 19  size:  19"));
 
     const sWidget oWindow = oPanel.widget("MorvaWidget");
-    QCOMPARE(oWindow.m_oRect, QRect(QPoint(), screen));
-    QCOMPARE(oWindow.m_nWindowFlags, static_cast<int>(Qt::FramelessWindowHint | Qt::Window));
-    QCOMPARE(oPanel.widget("banner").m_oRect, QRect(0, 0, screen.width(), 70));
+    QCOMPARE(oWindow.rect(), QRect(QPoint(), screen));
+    QCOMPARE(oWindow["flags"].toInt(), static_cast<int>(Qt::FramelessWindowHint | Qt::Window));
+    QCOMPARE(oPanel.widget("banner").rect(), QRect(0, 0, screen.width(), 70));
 
     const QList<sWidget> oWidgets = oPanel.widgets();
     QList<sWidget> oTexts;
-    std::copy_if(oWidgets.begin(), oWidgets.end(), std::back_inserter(oTexts), isText);
+    std::copy_if(oWidgets.begin(), oWidgets.end(), std::back_inserter(oTexts),
+                 [](const sWidget& oWidget) { return oWidget.isVisibleLabel(); });
     QVERIFY(oTexts.size() > 80);
-    const QRect oContents = oPanel.widget("scrollAreaWidgetContents").m_oRect;
+    const QRect oContents = oPanel.widget("scrollAreaWidgetContents").rect();
     for (const sWidget& oText : qAsConst(oTexts)) {
         // Nothing is cut...
-        const QByteArray oWhat = (oText.m_strName + " " + oText.m_strText).toUtf8();
-        const bool bBanner = oText.m_strParent == "banner";
-        QVERIFY2((bBanner ? oWindow.m_oRect : oContents).contains(oText.m_oRect), oWhat);
-        QVERIFY2(oText.m_oMinimum.height() <= oText.m_oRect.height(), oWhat);
-        QVERIFY2(oText.m_bWraps || oText.m_oMinimum.width() <= oText.m_oRect.width(), oWhat);
+        const QByteArray oWhat = (oText.name() + " " + oText.text()).toUtf8();
+        const bool bBanner = oText["parent"] == "banner";
+        QVERIFY2((bBanner ? oWindow.rect() : oContents).contains(oText.rect()), oWhat);
+        QVERIFY2(oText.rect("minimum").height() <= oText.rect().height(), oWhat);
+        QVERIFY2(oText["wraps"].toBool() || oText.rect("minimum").width() <= oText.rect().width(), oWhat);
         // ... and nothing overlaps.
         for (const sWidget& oOther : qAsConst(oTexts)) {
-            QVERIFY2(&oOther == &oText || bBanner != (oOther.m_strParent == "banner") ||
-                         !oOther.m_oRect.intersects(oText.m_oRect),
-                     oWhat + " / " + oOther.m_strText.toUtf8());
+            QVERIFY2(&oOther == &oText || bBanner != (oOther["parent"] == "banner") ||
+                         !oOther.rect().intersects(oText.rect()),
+                     oWhat + " / " + oOther.text().toUtf8());
         }
     }
-    QVERIFY(!oPanel.widget("toolButton").m_oRect.intersects(oPanel.widget("systemSettingsLabel").m_oRect));
+    QVERIFY(!oPanel.widget("toolButton").rect().intersects(oPanel.widget("systemSettingsLabel").rect()));
 
     const auto fnPixels = [&](const char* szName) {
-        return oPanel.widget(szName).m_strFont.section(',', 2, 2).toInt();
+        return oPanel.widget(szName)["font"].toString().section(',', 2, 2).toInt();
     };
     QCOMPARE(fnPixels("plcStatus_Label"), infoFont);
     QCOMPARE(fnPixels("plcStatusForm_Label"), infoFont);
     QCOMPARE(fnPixels("mainText"), mainFont);
     QCOMPARE(fnPixels("systemSettingsLabel"), settingFont);
-    const QRect oCaption = oPanel.widget("appname_Label").m_oRect;
-    QCOMPARE(oCaption.y() - oPanel.widget("plcStatus_Label").m_oRect.y(), pitch);
-    QCOMPARE(oPanel.widget("appnameForm_Label").m_oRect.y(), oCaption.y());
-    QCOMPARE(oWindow.m_oRect.right() - oPanel.widget("qt_scrollarea_viewport").m_oRect.right(), scrollWidth);
+    const QRect oCaption = oPanel.widget("appname_Label").rect();
+    QCOMPARE(oCaption.y() - oPanel.widget("plcStatus_Label").rect().y(), pitch);
+    QCOMPARE(oPanel.widget("appnameForm_Label").rect().y(), oCaption.y());
+    QCOMPARE(oWindow.rect().right() - oPanel.widget("qt_scrollarea_viewport").rect().right(), scrollWidth);
 }
 
 void TestWindow::fillsScreenUnderWindowManager()
@@ -119,7 +121,7 @@ void TestWindow::fillsScreenUnderWindowManager()
 
     PanelProcess oPanel(oDisplay.name());
     QVERIFY(oPanel.start());
-    QTRY_COMPARE(oPanel.widget("MorvaWidget").m_oRect, QRect(0, 0, 800, 480));
+    QTRY_COMPARE(oPanel.widget("MorvaWidget").rect(), QRect(0, 0, 800, 480));
     QCOMPARE(oPanel.quit(), 0);
     oManager.terminate();
     oManager.waitForFinished();
@@ -132,19 +134,14 @@ void TestWindow::scrollsByTouch()
     QVERIFY(oPanel.start());
     oPanel.send("n20\ndready\n");
     QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "ready"), QString("ready"));
-    const int nTop = oPanel.widget("scrollAreaWidgetContents").m_oRect.y();
+    const int nTop = oPanel.widget("scrollAreaWidgetContents").rect().y();
 
-    QStringList oDrag{"mousemove", "200", "250", "mousedown", "1"};
+    QString strDrag = "mousemove 200 250 mousedown 1";
     for (int nY = 245; nY > 120; nY -= 10) {
-        oDrag << "mousemove"
-              << "200" << QString::number(nY) << "sleep"
-              << "0.02";
+        strDrag += QString(" mousemove 200 %1 sleep 0.02").arg(nY);
     }
-    QVERIFY(oDisplay.pointer(oDrag << "sleep"
-                                   << "0.3"
-                                   << "mouseup"
-                                   << "1"));
-    QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").m_oRect.y() < nTop - 60);
+    QVERIFY(oDisplay.pointer(strDrag + " sleep 0.3 mouseup 1"));
+    QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").rect().y() < nTop - 60);
 }
 
 void TestWindow::looks()
@@ -152,13 +149,13 @@ void TestWindow::looks()
     PanelProcess oPanel;
     QVERIFY(oPanel.start());
     const sWidget oCaption = oPanel.widget("plcStatus_Label");
-    QCOMPARE(oCaption.m_strFont.section(',', 0, 0), QString("Arial"));
-    QCOMPARE(oCaption.m_strFont.section(',', 4, 4), QString("75"));
-    QCOMPARE(oCaption.m_nAlignment, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter));
-    QCOMPARE(oCaption.m_strColor, QString("#000000"));
+    QCOMPARE(oCaption["font"].toString().section(',', 0, 0), QString("Arial"));
+    QCOMPARE(oCaption["font"].toString().section(',', 4, 4), QString("75"));
+    QCOMPARE(oCaption["alignment"].toInt(), static_cast<int>(Qt::AlignRight | Qt::AlignVCenter));
+    QCOMPARE(oCaption["color"].toString(), QString("#000000"));
     const sWidget oValue = oPanel.widget("plcStatusForm_Label");
-    QCOMPARE(oValue.m_nAlignment, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter));
-    QCOMPARE(oValue.m_strFont, oCaption.m_strFont);
+    QCOMPARE(oValue["alignment"].toInt(), static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter));
+    QCOMPARE(oValue["font"].toString(), oCaption["font"].toString());
 }
 
 QTEST_GUILESS_MAIN(TestWindow)

@@ -10,31 +10,13 @@ namespace {
 
 constexpr int s_nPatience = 10000;
 
-QRect toRect(const QJsonValue& oValue)
+} // namespace
+
+QRect sWidget::rect(const QString& strMember) const
 {
-    const QJsonArray oArray = oValue.toArray();
+    const QJsonArray oArray = value(strMember).toArray();
     return {oArray[0].toInt(), oArray[1].toInt(), oArray[2].toInt(), oArray[3].toInt()};
 }
-
-sWidget toWidget(const QJsonObject& oJson)
-{
-    sWidget oWidget;
-    oWidget.m_strName = oJson["name"].toString();
-    oWidget.m_strClass = oJson["class"].toString();
-    oWidget.m_strParent = oJson["parent"].toString();
-    oWidget.m_strText = oJson["text"].toString();
-    oWidget.m_strFont = oJson["font"].toString();
-    oWidget.m_strColor = oJson["color"].toString();
-    oWidget.m_oRect = toRect(oJson["rect"]);
-    oWidget.m_oMinimum = toRect(oJson["minimum"]).size();
-    oWidget.m_nAlignment = oJson["alignment"].toInt();
-    oWidget.m_nWindowFlags = oJson["flags"].toInt();
-    oWidget.m_bVisible = oJson["visible"].toBool();
-    oWidget.m_bWraps = oJson["wraps"].toBool();
-    return oWidget;
-}
-
-} // namespace
 
 Display::Display(const QSize& oSize)
 {
@@ -51,14 +33,19 @@ Display::~Display()
     m_oServer.waitForFinished();
 }
 
-bool Display::pointer(const QStringList& oArguments) const
+bool Display::pointer(const QString& strCommand) const
 {
     QProcess oTool;
     QProcessEnvironment oEnvironment = QProcessEnvironment::systemEnvironment();
     oEnvironment.insert("DISPLAY", m_strName);
     oTool.setProcessEnvironment(oEnvironment);
-    oTool.start("xdotool", oArguments);
+    oTool.start("xdotool", strCommand.split(' '));
     return oTool.waitForFinished(s_nPatience) && oTool.exitCode() == 0;
+}
+
+bool Display::tap(const QPoint& oPoint) const
+{
+    return pointer(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
 }
 
 PanelProcess::PanelProcess(const QString& strDisplay)
@@ -135,7 +122,7 @@ QList<sWidget> PanelProcess::widgets()
     QList<sWidget> oWidgets;
     const QJsonArray oAll = QJsonDocument::fromJson(m_oProbe.readLine()).array();
     for (const QJsonValue oValue : oAll) {
-        oWidgets.append(toWidget(oValue.toObject()));
+        oWidgets.append({oValue.toObject()});
     }
     return oWidgets;
 }
@@ -144,7 +131,7 @@ sWidget PanelProcess::widget(const QString& strName)
 {
     const QList<sWidget> oWidgets = widgets();
     const auto it = std::find_if(oWidgets.begin(), oWidgets.end(),
-                                 [&](const sWidget& oWidget) { return oWidget.m_strName == strName; });
+                                 [&](const sWidget& oWidget) { return oWidget.name() == strName; });
     return it == oWidgets.end() ? sWidget() : *it;
 }
 
@@ -152,6 +139,6 @@ QString PanelProcess::waitForText(const QString& strName, const QString& strText
 {
     QString strShown;
     const bool bShown =
-        QTest::qWaitFor([&] { return (strShown = widget(strName).m_strText) == strText; }, s_nPatience);
+        QTest::qWaitFor([&] { return (strShown = widget(strName).text()) == strText; }, s_nPatience);
     return bShown ? strText : strShown;
 }

@@ -19,8 +19,12 @@ public:
     /** Returns the value for DISPLAY, empty if the server did not start. */
     QString name() const { return m_strName; }
 
-    /** Runs xdotool with the arguments and waits for it; real pointer events, as from a touch screen. */
-    bool pointer(const QStringList& oArguments) const;
+    /** Runs xdotool with the words of the command and waits for it: real pointer events, as from a touch
+     * screen. */
+    bool pointer(const QString& strCommand) const;
+
+    /** Presses and releases at a point. */
+    bool tap(const QPoint& oPoint) const;
 
 private:
     QProcess m_oServer;
@@ -28,20 +32,13 @@ private:
 };
 
 /** One widget of the running panel, as the probe in it tells. */
-struct sWidget
+struct sWidget : QJsonObject
 {
-    QString m_strName;
-    QString m_strClass;
-    QString m_strParent;
-    QString m_strText;
-    QString m_strFont;
-    QString m_strColor;
-    QRect m_oRect; /**< in screen pixels */
-    QSize m_oMinimum;
-    int m_nAlignment = 0;
-    int m_nWindowFlags = 0;
-    bool m_bVisible = false;
-    bool m_bWraps = false;
+    QString name() const { return value("name").toString(); }
+    QString text() const { return value("text").toString(); }
+    bool isVisibleLabel() const { return value("class") == "QLabel" && value("visible").toBool(); }
+    /** Returns a member that holds a rectangle: "rect" in screen pixels, "minimum" the smallest size. */
+    QRect rect(const QString& strMember = "rect") const;
 };
 
 /** The real program as a child process, with the test in the place of the runtime. Killed with the object. */
