@@ -321,4 +321,4 @@ void PlatformTest::decodesRecords()
 }
 
 QTEST_GUILESS_MAIN(PlatformTest)
-#include "platformtest.moc"
+#include "tst_platform.moc"
