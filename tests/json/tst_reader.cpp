@@ -171,7 +171,7 @@ void ReaderTest::chunkBordersDoNotShow()
         QCOMPARE(outcome(sBlanks + sText + '~'),
                  QStringLiteral("scan: Unexpected character in stream: ~ at 3:15@%1")
                      .arg(nShift + int(sText.size())));
-        const Object oDocument = readText("{\"" + std::string(std::size_t(nShift), 'n') + "\\t\":\"\"}");
+        const Object oDocument = readText(R"({")" + std::string(std::size_t(nShift), 'n') + R"(\t":""})");
         QCOMPARE(oDocument.Begin()->name, std::string(std::size_t(nShift), 'n') + '\t');
     }
 }
@@ -191,8 +191,8 @@ void ReaderTest::largeAndHostileTexts_data()
     row("1025 levels", repeated("{\"a\":", 1024) + "[]" + repeated("}", 1024),
         nesting + "0:5120@5120 to 0:5121@5121");
     row("many at the same level", "{\"a\":[" + repeated("[{}],", 100000) + "[]]}", "document");
-    row("long string", "{\"a\":\"" + std::string(10000000, 'x') + "\"}", "document");
-    row("long escapes", "{\"a\":\"" + repeated("\\n", 1000000) + "\"}", "document");
+    row("long string", R"({"a":")" + repeated("x", 10000000) + R"("})", "document");
+    row("long escapes", R"({"a":")" + repeated("\\n", 1000000) + R"("})", "document");
     row("long number", "{\"a\":" + std::string(1000000, '9') + "}", "document");
     row("long malformed number", "{\"a\":-" + std::string(1000000, '-') + "}",
         QString::fromLatin1(
@@ -213,7 +213,7 @@ void ReaderTest::randomBytesNeverCrash()
     std::generate(sBytes.begin(), sBytes.end(), [&oGenerator] { return static_cast<char>(oGenerator()); });
     QVERIFY(outcome(sBytes).startsWith("scan: "));
     // Bytes that make tokens get further.
-    const std::string sTokenBytes = "{}[],:\"\\ -1.e\"\"ab{[::";
+    const std::string sTokenBytes = R"({}[],:"\ -1.e""ab{[::)";
     for (int nRound = 0; nRound < 2000; ++nRound) {
         std::string sText = "{";
         for (int n = 0; n < 40; ++n) {
@@ -233,7 +233,7 @@ void ReaderTest::findsDuplicatesAmongMany()
         const Object oDocument = readText(sText + "\"last\":null}");
         QCOMPARE(oDocument.Size(), std::size_t(nMembers + 1));
         const std::string sTaken = "name" + std::to_string(nMembers / 2);
-        QVERIFY(outcome(sText + "\"" + sTaken + "\":1}")
+        QVERIFY(outcome(sText.append(1, '"').append(sTaken).append("\":1}"))
                     .startsWith("parse: Duplicate object member token: " + QString::fromStdString(sTaken) +
                                 " at 0:"));
     }

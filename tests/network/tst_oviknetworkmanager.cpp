@@ -52,12 +52,12 @@ QJsonArray texts()
 /** Returns a document that has all fields set. */
 QString fullDocument()
 {
-    for (const QJsonValue& row : texts()) {
+    for (const QJsonValue row : texts()) {
         if (row["text"].toString().contains("actual_gateway_ip")) {
             return row["text"].toString();
         }
     }
-    return QString();
+    return {};
 }
 
 } // namespace
@@ -87,7 +87,7 @@ void NetworkManagerTest::readsAndWrites_data()
 {
     QTest::addColumn<QJsonValue>("row");
     QVERIFY(!texts().isEmpty());
-    for (const QJsonValue& row : texts()) {
+    for (const QJsonValue row : texts()) {
         QTest::addRow("%s %s", qPrintable(row["class"].toString()),
                       qPrintable(row["text"].toString().left(40)))
             << row;
