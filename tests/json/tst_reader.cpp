@@ -126,7 +126,7 @@ void ReaderTest::appendsToTheObject()
     QCOMPARE(writeText(oDocument), std::string(R"({"a" : 1,"b" : 2})"));
     std::istringstream oTaken(R"({"c":3,"a":4})");
     QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, oTaken), Reader::ParseException);
-    QVERIFY(oDocument.Find("a")->element == Number(1));
+    QVERIFY(oDocument.Find("a")->element == Number(1) && oDocument.Size() == 3);
 }
 
 void ReaderTest::numbers()

@@ -96,12 +96,12 @@ void WriterTest::ignoresLocales()
     const std::string sGeneral = numberText(oText, oText, 1234567.5);
     oText << std::fixed;
     const std::string sFixed = numberText(oText, oText, 1234567.5);
-    const Object oRead = readText(R"({"a":1234567.5,"b":1e999})");
+    const Object oRead = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
     std::locale::global(oBefore);
     QCOMPARE(sGeneral, std::string("1234567.5"));
     QCOMPARE(sFixed, std::string("1234567.50000000000000000000"));
     QVERIFY(oRead.Find("a")->element == Number(1234567.5));
-    QVERIFY(oRead.Find("b")->element == Number(std::numeric_limits<double>::max()));
+    QVERIFY(oRead.Find("b")->element == Number(0));
 }
 
 void WriterTest::leavesErrorsInTheStream()
