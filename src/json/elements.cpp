@@ -548,7 +548,7 @@ Array& Array::operator=(const Array& other)
     return *this;
 }
 
-Array& Array::operator=(Array&& other)
+Array& Array::operator=(Array&& other) noexcept
 {
     Array oTaken(std::move(other));
     m_Elements.swap(oTaken.m_Elements);
@@ -560,7 +560,7 @@ Array::iterator Array::Insert(UnknownElement element)
     return Insert(std::move(element), End());
 }
 
-Array::iterator Array::Insert(UnknownElement element, iterator where)
+Array::iterator Array::Insert(UnknownElement element, const iterator& where)
 {
     return m_Elements.insert(where, std::move(element));
 }

@@ -213,7 +213,7 @@ public:
     /** Replaces the elements by copies; the other may be this array or one of its descendants. */
     Array& operator=(const Array& other);
     /** Takes over the elements of the other, which may be this array or one of its descendants. */
-    Array& operator=(Array&& other);
+    Array& operator=(Array&& other) noexcept;
 
     iterator Begin() { return m_Elements.begin(); }
     iterator End() { return m_Elements.end(); }
@@ -228,7 +228,7 @@ public:
     /** Inserts the element at the end; returns an iterator to it. Invalidates other iterators. */
     iterator Insert(UnknownElement element);
     /** Inserts the element before where; returns an iterator to it. Invalidates other iterators. */
-    iterator Insert(UnknownElement element, iterator where);
+    iterator Insert(UnknownElement element, const iterator& where);
 
     /** Returns the element at nIndex, counted from 0. Grows the array with nulls when it is shorter. */
     UnknownElement& operator[](std::size_t nIndex);

@@ -439,7 +439,7 @@ std::string Reader::MatchValue(int nType, InputStream& inputStream)
     const char c = inputStream.Peek();
     if (nType < Token::TOKEN_STRING) {
         inputStream.Get();
-        return std::string(&c, 1);
+        return {&c, 1};
     }
     switch (nType) {
     case Token::TOKEN_STRING:

@@ -60,7 +60,8 @@ QString writeText(const json::Object& object)
 {
     std::ostringstream stream;
     json::Writer::Write(object, stream);
-    return QString::fromLatin1(QByteArray::fromStdString(stream.str()));
+    const std::string text = stream.str();
+    return QString::fromLatin1(text.data(), int(text.size()));
 }
 
 int toInt(const json::UnknownElement& element)

@@ -3,6 +3,10 @@
 #include "json/reader.h"
 #include "json/writer.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include <sstream>
 #include <string>
 #include <utility>
@@ -22,6 +26,13 @@ inline std::string writeText(const json::Object& oDocument)
     std::ostringstream oStream;
     json::Writer::Write(oDocument, oStream);
     return oStream.str();
+}
+
+/** Returns the rows of a table in a file; none when it cannot be read. */
+inline QJsonArray readTable(const QString& strPath)
+{
+    QFile oFile(strPath);
+    return oFile.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(oFile.readAll()).array() : QJsonArray();
 }
 
 /** Builds objects and arrays that hold each other by turns, nLevels deep; a copy at each level would take

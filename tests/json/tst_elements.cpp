@@ -17,20 +17,6 @@ std::string messageOf(Function fn)
     return "no exception";
 }
 
-/** Remembers which Visit was called and changes what it may. */
-class Marker : public Visitor
-{
-public:
-    void Visit(Array& array) override { array[0] = String("visited"); }
-    void Visit(Object& object) override { object["visited"]; }
-    void Visit(Number& number) override { number.Value() = 7; }
-    void Visit(String& string) override { string.Value() = "visited"; }
-    void Visit(Boolean& boolean) override { boolean.Value() = true; }
-    void Visit(Null& /*null*/) override { ++m_nNulls; }
-
-    int m_nNulls = 0;
-};
-
 } // namespace
 
 class ElementsTest : public QObject
@@ -46,7 +32,6 @@ private slots:
     void assignsItselfAndDescendants();
     void objectKeepsNamesUnique();
     void arrayGrowsAndGuardsItsEnd();
-    void visitorsMayChange();
     void deepTreesCostNoStack();
 };
 
@@ -118,11 +103,8 @@ void ElementsTest::movedFromHoldsNull()
     UnknownElement oSource(String("x"));
     const UnknownElement oTarget(std::move(oSource));
     QVERIFY(oTarget == String("x"));
-    QVERIFY(oSource == Null()); // NOLINT(bugprone-use-after-move)
-    QVERIFY(UnknownElement(oSource) == oSource);
-    Marker oMarker;
-    oSource.Accept(oMarker);
-    QCOMPARE(oMarker.m_nNulls, 1);
+    // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+    QVERIFY(oSource == Null() && UnknownElement(oSource) == oSource);
     oSource = Number(1);
     QVERIFY(oSource == Number(1));
 }
@@ -164,7 +146,7 @@ void ElementsTest::objectKeepsNamesUnique()
     oObject["x"] = Number(1);
     QVERIFY(oObject["x"] == Number(1));
     QCOMPARE(oObject.Insert({"y", Number(2)})->name, std::string("y"));
-    QVERIFY(oObject.Insert(Object::Member("a"), oObject.Begin()) == oObject.Begin());
+    QCOMPARE(oObject.Insert(Object::Member("a"), oObject.Begin())->name, std::string("a"));
     const std::string sText = writeText(oObject);
     QCOMPARE(sText, std::string(R"({"a" : null,"x" : 1,"y" : 2})"));
     QCOMPARE(messageOf([&] {
@@ -190,24 +172,6 @@ void ElementsTest::arrayGrowsAndGuardsItsEnd()
     QVERIFY(*oArray.Insert(Number(0), oArray.Begin()) == Number(0));
     QVERIFY(*oArray.Insert(Number(5)) == Number(5));
     QVERIFY(oArray[0] == Number(0) && oArray[4] == Number(3) && oArray[5] == Number(5));
-}
-
-void ElementsTest::visitorsMayChange()
-{
-    Marker oMarker;
-    for (const auto& [oBefore, szAfter] :
-         std::initializer_list<std::pair<UnknownElement, const char*>>{{Array(), R"(["visited"])"},
-                                                                       {Object(), R"({"visited" : null})"},
-                                                                       {Number(), "7"},
-                                                                       {String(), R"("visited")"},
-                                                                       {Boolean(), "true"},
-                                                                       {Null(), "null"}}) {
-        Object oObject;
-        oObject["v"] = oBefore;
-        oObject["v"].Accept(oMarker);
-        QCOMPARE(writeText(oObject), std::string(R"({"v" : )") + szAfter + "}");
-    }
-    QCOMPARE(oMarker.m_nNulls, 1);
 }
 
 void ElementsTest::deepTreesCostNoStack()

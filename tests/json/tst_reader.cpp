@@ -35,22 +35,11 @@ std::string repeated(const std::string& sText, int nTimes)
     return QByteArray::fromStdString(sText).repeated(nTimes).toStdString();
 }
 
-/** Builds random documents. */
-class RandomDocument
+/** Builds random elements. */
+class RandomElement
 {
 public:
-    Object MakeObject(int nLevels)
-    {
-        Object oObject;
-        const int nMembers = Roll(nLevels == 0 ? 3 : 40);
-        for (int n = 0; n < nMembers; ++n) {
-            oObject[MakeString()] = MakeElement(nLevels);
-        }
-        return oObject;
-    }
-
-private:
-    UnknownElement MakeElement(int nLevels)
+    UnknownElement Make(int nLevels)
     {
         switch (Roll(nLevels == 0 ? 4 : 6)) {
         case 0:
@@ -60,39 +49,37 @@ private:
         case 2:
             return String(MakeString());
         case 3:
-            return Number(MakeNumber());
+            return Number(Roll(2) == 0 ? Roll(1000)
+                                       : std::ldexp(Roll(1 << 30) - (1 << 29), Roll(2000) - 1075));
         case 4:
             return MakeObject(nLevels - 1);
         default:
-            return MakeArray(nLevels - 1);
+            Array oArray;
+            for (int n = Roll(6); n > 0; --n) {
+                oArray.Insert(Make(nLevels - 1));
+            }
+            return oArray;
         }
     }
 
-    Array MakeArray(int nLevels)
+    Object MakeObject(int nLevels)
     {
-        Array oArray;
-        for (int n = Roll(6); n > 0; --n) {
-            oArray.Insert(MakeElement(nLevels));
+        Object oObject;
+        for (int n = Roll(40); n > 0; --n) {
+            oObject[MakeString()] = Make(nLevels);
         }
-        return oArray;
+        return oObject;
     }
 
+private:
     std::string MakeString()
     {
-        std::string sString;
-        for (int n = Roll(24); n > 0; --n) {
-            sString += static_cast<char>(Roll(256));
-        }
+        std::string sString(std::size_t(Roll(24)), ' ');
+        std::generate(sString.begin(), sString.end(), [this] { return static_cast<char>(Roll(256)); });
         return sString;
     }
 
-    double MakeNumber()
-    {
-        const double dMantissa = std::uniform_real_distribution<double>(-1, 1)(m_Generator);
-        return Roll(2) == 0 ? Roll(1000) : std::ldexp(dMantissa, Roll(2100) - 1075);
-    }
-
-    int Roll(int nSides) { return std::uniform_int_distribution<int>(0, nSides - 1)(m_Generator); }
+    int Roll(int nSides) { return int(m_Generator() % unsigned(nSides)); }
 
     std::mt19937 m_Generator{20240229};
 };
@@ -106,7 +93,6 @@ class ReaderTest : public QObject
 private slots:
     void readsValues();
     void appendsToTheObject();
-    void numbers_data();
     void numbers();
     void outcomes_data();
     void outcomes();
@@ -140,109 +126,39 @@ void ReaderTest::appendsToTheObject()
     QCOMPARE(writeText(oDocument), std::string(R"({"a" : 1,"b" : 2})"));
     std::istringstream oTaken(R"({"c":3,"a":4})");
     QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, oTaken), Reader::ParseException);
-    QVERIFY(oDocument.Find("a")->element == Number(1));
-}
-
-void ReaderTest::numbers_data()
-{
-    QTest::addColumn<double>("value");
-    const double dMax = std::numeric_limits<double>::max();
-    const std::initializer_list<std::pair<const char*, double>> numbers = {{"0", 0},
-                                                                           {"-0", 0},
-                                                                           {"007", 7},
-                                                                           {"1.", 1},
-                                                                           {"-.5", -0.5},
-                                                                           {"1E+2", 100},
-                                                                           {"1e-2", 0.01},
-                                                                           {"1e999", dMax},
-                                                                           {"-1e999", -dMax},
-                                                                           {"1e-999", 0},
-                                                                           {"-1e-999", 0},
-                                                                           {"4.9e-324", 4.9e-324},
-                                                                           {"0.10000000000000000555", 0.1}};
-    for (const auto& [szText, dValue] : numbers) {
-        QTest::newRow(szText) << dValue;
-    }
+    QVERIFY(oDocument.Find("a")->element == Number(1) && oDocument.Size() == 3);
 }
 
 void ReaderTest::numbers()
 {
-    QFETCH(double, value);
-    const Object oDocument = readText(std::string("{\"n\":") + QTest::currentDataTag() + "}");
-    QCOMPARE(oDocument.Begin()->element.CastTo<Number>().Value(), value);
+    const Object oDocument =
+        readText("{\"n\":[0,-0,007,1.,-.5,1E+2,1e-2,1e999,-1e999,1e-999,-1e-999,4.9e-324,0.1]}");
+    const double dMax = std::numeric_limits<double>::max();
+    const double dMin = std::numeric_limits<double>::denorm_min();
+    Array oExpected;
+    for (const double dNumber : {0.0, 0.0, 7.0, 1.0, -0.5, 100.0, 0.01, dMax, -dMax, 0.0, 0.0, dMin, 0.1}) {
+        oExpected.Insert(Number(dNumber));
+    }
+    QVERIFY(oDocument.Begin()->element == oExpected);
 }
 
 void ReaderTest::outcomes_data()
 {
-    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
-    const QString end = QStringLiteral("parse: Unexpected end of token stream at ");
-    const QString token = QStringLiteral("parse: Unexpected token: ");
-    const QString number = QStringLiteral("parse: Unexpected character in NUMBER token: ");
-    const QString literal = QStringLiteral("scan: Expected string: ");
-    const auto row = [](const QByteArray& text, const QString& expected) {
-        QTest::addRow("%s", text.toPercentEncoding("{}[],:\"\\ ").constData()) << text << expected;
-    };
-    row("{}", "document");
-    row("", end + "0:0@0 to 0:0@0");
-    row(" \n\t", end + "0:0@0 to 0:0@0");
-    row("{ ", end + "0:1@1 to 0:1@1");
-    row("{\"a\":[1,\n2", end + "1:1@10 to 1:1@10");
-    row("{\"a\"", end + "0:4@4 to 0:4@4");
-    row("{}{}", "parse: Expected End of token stream; found { at 0:2@2 to 0:3@3");
-    row("{}\n \"x\"", "parse: Expected End of token stream; found x at 1:1@4 to 1:4@7");
-    row("[]", token + "[ at 0:0@0 to 0:1@1");
-    row("1", token + "1 at 0:0@0 to 0:1@1");
-    row("{\"a\":1,}", token + "} at 0:7@7 to 0:8@8");
-    row("{\"a\":[1,]}", token + "] at 0:8@8 to 0:9@9");
-    row("{\"a\" 1}", token + "1 at 0:5@5 to 0:6@6");
-    row("{\"a\"::1}", token + ": at 0:5@5 to 0:6@6");
-    row("{true:1}", token + "true at 0:1@1 to 0:5@5");
-    row("{\"a\":[1 2]}", token + "2 at 0:8@8 to 0:9@9");
-    row("{\"a\":1,\n\"a\" :[{}]}", "parse: Duplicate object member token: a at 1:0@8 to 1:3@11");
-    row("{\"a\":1,\"a\":1.2.3}", number + ". at 0:11@11 to 0:16@16");
-    row("@", "scan: Unexpected character in stream: @ at 0:0@0");
-    row("{\"a\":\n +1}", "scan: Unexpected character in stream: + at 1:1@7");
-    row("{\xa0}", QString::fromLatin1("scan: Unexpected character in stream: \xa0 at 0:1@1"));
-    row("{\"a\":trueX}", "scan: Unexpected character in stream: X at 0:9@9");
-    row("{\"a\":trUe}", literal + "true at 0:8@8");
-    row("{\"a\":tru", literal + "true at 0:8@8");
-    row("{\"a\":f\n", literal + "false at 1:0@7");
-    row("{\"a\":nul}", literal + "null at 0:9@9");
-    row("{\"a", literal + "\" at 0:3@3");
-    row("{\"a\\", literal + "\" at 0:4@4");
-    row("{\"\\u0041\":1}", "scan: Unrecognized escape sequence found in string: \\u at 0:4@4");
-    row("{\"\\\n", "scan: Unrecognized escape sequence found in string: \\\n at 1:0@4");
-    row("[}]{\"a\" \"b\" ~", "scan: Unexpected character in stream: ~ at 0:12@12");
-    row(QByteArray("]").repeated(100) + '\'', "scan: Unexpected character in stream: ' at 0:100@100");
-    for (const auto& [szNumber, cNext] :
-         std::initializer_list<std::pair<const char*, char>>{{"1.2.3", '.'},
-                                                             {"1-2", '-'},
-                                                             {"5-", '-'},
-                                                             {"1+", '+'},
-                                                             {"1e5e", 'e'},
-                                                             {"1e5.3", '.'},
-                                                             {"--5", '\xff'},
-                                                             {"-", '\xff'},
-                                                             {"-+", '\xff'},
-                                                             {"-.", '\xff'},
-                                                             {"-e5", '\xff'},
-                                                             {"1e", '\xff'},
-                                                             {"1E+", '\xff'},
-                                                             {"1ee5", '\xff'},
-                                                             {"1e-+5", '\xff'},
-                                                             {"1e+e5", '\xff'}}) {
-        const int nEnd = 5 + int(qstrlen(szNumber));
-        row(QByteArray("{\"n\":") + szNumber + "}",
-            number + QLatin1Char(cNext) + QStringLiteral(" at 0:5@5 to 0:%1@%1").arg(nEnd));
+    const QJsonArray table = readTable(QFINDTESTDATA("outcomes.json"));
+    QVERIFY(!table.isEmpty());
+    for (const QJsonValue& row : table) {
+        const QString text = row["text"].toString();
+        QTest::newRow(text.toLatin1().toPercentEncoding("{}[],:\"\\ ")) << text << row["expected"].toString();
     }
 }
 
 void ReaderTest::outcomes()
 {
-    QFETCH(QByteArray, text);
+    QFETCH(QString, text);
     QFETCH(QString, expected);
-    QCOMPARE(outcome(text.toStdString()), expected);
+    QCOMPARE(outcome(text.toLatin1().toStdString()), expected);
 }
 
 void ReaderTest::chunkBordersDoNotShow()
@@ -255,7 +171,7 @@ void ReaderTest::chunkBordersDoNotShow()
         QCOMPARE(outcome(sBlanks + sText + '~'),
                  QStringLiteral("scan: Unexpected character in stream: ~ at 3:15@%1")
                      .arg(nShift + int(sText.size())));
-        const Object oDocument = readText("{\"" + std::string(std::size_t(nShift), 'n') + "\\t\":\"\"}");
+        const Object oDocument = readText(R"({")" + std::string(std::size_t(nShift), 'n') + R"(\t":""})");
         QCOMPARE(oDocument.Begin()->name, std::string(std::size_t(nShift), 'n') + '\t');
     }
 }
@@ -275,8 +191,8 @@ void ReaderTest::largeAndHostileTexts_data()
     row("1025 levels", repeated("{\"a\":", 1024) + "[]" + repeated("}", 1024),
         nesting + "0:5120@5120 to 0:5121@5121");
     row("many at the same level", "{\"a\":[" + repeated("[{}],", 100000) + "[]]}", "document");
-    row("long string", "{\"a\":\"" + std::string(10000000, 'x') + "\"}", "document");
-    row("long escapes", "{\"a\":\"" + repeated("\\n", 1000000) + "\"}", "document");
+    row("long string", R"({"a":")" + repeated("x", 10000000) + R"("})", "document");
+    row("long escapes", R"({"a":")" + repeated("\\n", 1000000) + R"("})", "document");
     row("long number", "{\"a\":" + std::string(1000000, '9') + "}", "document");
     row("long malformed number", "{\"a\":-" + std::string(1000000, '-') + "}",
         QString::fromLatin1(
@@ -297,7 +213,7 @@ void ReaderTest::randomBytesNeverCrash()
     std::generate(sBytes.begin(), sBytes.end(), [&oGenerator] { return static_cast<char>(oGenerator()); });
     QVERIFY(outcome(sBytes).startsWith("scan: "));
     // Bytes that make tokens get further.
-    const std::string sTokenBytes = "{}[],:\"\\ -1.e\"\"ab{[::";
+    const std::string sTokenBytes = R"({}[],:"\ -1.e""ab{[::)";
     for (int nRound = 0; nRound < 2000; ++nRound) {
         std::string sText = "{";
         for (int n = 0; n < 40; ++n) {
@@ -317,7 +233,7 @@ void ReaderTest::findsDuplicatesAmongMany()
         const Object oDocument = readText(sText + "\"last\":null}");
         QCOMPARE(oDocument.Size(), std::size_t(nMembers + 1));
         const std::string sTaken = "name" + std::to_string(nMembers / 2);
-        QVERIFY(outcome(sText + "\"" + sTaken + "\":1}")
+        QVERIFY(outcome(sText.append(1, '"').append(sTaken).append("\":1}"))
                     .startsWith("parse: Duplicate object member token: " + QString::fromStdString(sTaken) +
                                 " at 0:"));
     }
@@ -325,7 +241,7 @@ void ReaderTest::findsDuplicatesAmongMany()
 
 void ReaderTest::readsWhatWasWritten()
 {
-    RandomDocument oRandom;
+    RandomElement oRandom;
     for (int n = 0; n < 100; ++n) {
         const Object oDocument = oRandom.MakeObject(3);
         const std::string sText = writeText(oDocument);

@@ -2,8 +2,7 @@
 
 #include <QtTest>
 
-#include <cmath>
-#include <iomanip>
+#include <array>
 #include <limits>
 #include <locale>
 
@@ -43,65 +42,36 @@ class WriterTest : public QObject
     Q_OBJECT
 
 private slots:
-    void writes_data();
     void writes();
-    void numbers_data();
     void numbers();
     void keepsPrecisionAndFormat();
     void ignoresLocales();
     void leavesErrorsInTheStream();
 };
 
-void WriterTest::writes_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("written");
-    QTest::newRow("empty") << QByteArray("{}") << QByteArray("{}");
-    QTest::newRow("nested empty") << QByteArray(R"({"a":[],"b":{}})") << QByteArray(R"({"a" : [],"b" : {}})");
-    QTest::newRow("shape") << QByteArray(R"({"name":"eth0","dhcp":false,"list":[1,2,[{"x":null}],true]})")
-                           << QByteArray(
-                                  R"({"name" : "eth0","dhcp" : false,"list" : [1,2,[{"x" : null}],true]})");
-    QTest::newRow("escapes, in names too")
-        << QByteArray(R"({"\"\\\/\b\f\n\r\t":"a\t\"b"})") << QByteArray(R"({"\"\\/\b\f\n\r\t" : "a\t\"b"})");
-    QTest::newRow("raw bytes") << QByteArray("{\"\x01\x80\xff\":\"\x7f\xc3\xbc\"}")
-                               << QByteArray("{\"\x01\x80\xff\" : \"\x7f\xc3\xbc\"}");
-    QTest::newRow("raw NUL") << QByteArray("{\"a\":\"\0\"}", 9) << QByteArray("{\"a\" : \"\0\"}", 11);
-}
-
 void WriterTest::writes()
 {
-    QFETCH(QByteArray, text);
-    QFETCH(QByteArray, written);
-    QCOMPARE(QByteArray::fromStdString(writeText(readText(text.toStdString()))), written);
-}
-
-void WriterTest::numbers_data()
-{
-    QTest::addColumn<double>("number");
-    QTest::addColumn<QString>("written");
-    const std::initializer_list<std::pair<double, const char*>> numbers = {
-        {1, "1"},
-        {100, "100"},
-        {-2.5, "-2.5"},
-        {0.1, "0.10000000000000000555"},
-        {1e21, "1e+21"},
-        {-0.0, "-0"},
-        {1e-7, "9.9999999999999995475e-08"},
-        {std::numeric_limits<double>::max(), "1.7976931348623157081e+308"},
-        {std::numeric_limits<double>::denorm_min(), "4.9406564584124654418e-324"},
-        {std::numeric_limits<double>::infinity(), "inf"},
-        {std::nan(""), "nan"}};
-    for (const auto& [dNumber, szWritten] : numbers) {
-        QTest::newRow(szWritten) << dNumber << szWritten;
+    const QJsonArray table = readTable(QFINDTESTDATA("written.json"));
+    QVERIFY(!table.isEmpty());
+    for (const QJsonValue& row : table) {
+        const Object oDocument = readText(row["text"].toString().toLatin1().toStdString());
+        QCOMPARE(writeText(oDocument), row["written"].toString().toLatin1().toStdString());
     }
 }
 
 void WriterTest::numbers()
 {
-    QFETCH(double, number);
-    QFETCH(QString, written);
-    std::ostringstream oText;
-    QCOMPARE(QString::fromStdString(numberText(oText, oText, number)), written);
+    using Limits = std::numeric_limits<double>;
+    Array oNumbers;
+    for (const double dNumber : {1.0, 100.0, -2.5, 0.1, 1e21, -0.0, 1e-7, Limits::max(), Limits::denorm_min(),
+                                 Limits::infinity(), Limits::quiet_NaN()}) {
+        oNumbers.Insert(Number(dNumber));
+    }
+    Object oObject;
+    oObject["n"] = oNumbers;
+    QCOMPARE(writeText(oObject),
+             std::string(R"({"n" : [1,100,-2.5,0.10000000000000000555,1e+21,-0,9.9999999999999995475e-08,)"
+                         "1.7976931348623157081e+308,4.9406564584124654418e-324,inf,nan]}"));
 }
 
 void WriterTest::keepsPrecisionAndFormat()
@@ -126,12 +96,12 @@ void WriterTest::ignoresLocales()
     const std::string sGeneral = numberText(oText, oText, 1234567.5);
     oText << std::fixed;
     const std::string sFixed = numberText(oText, oText, 1234567.5);
-    const Object oRead = readText(R"({"a":1234567.5,"b":1e999})");
+    const Object oRead = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
     std::locale::global(oBefore);
     QCOMPARE(sGeneral, std::string("1234567.5"));
     QCOMPARE(sFixed, std::string("1234567.50000000000000000000"));
     QVERIFY(oRead.Find("a")->element == Number(1234567.5));
-    QVERIFY(oRead.Find("b")->element == Number(std::numeric_limits<double>::max()));
+    QVERIFY(oRead.Find("b")->element == Number(0));
 }
 
 void WriterTest::leavesErrorsInTheStream()
