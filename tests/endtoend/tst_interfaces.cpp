@@ -34,57 +34,59 @@ class TestInterfaces : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void followsTheService();
+    void initTestCase()
+    {
+        QCOMPARE(QProcess::execute("ip", {"link", "add", "eth0", "type", "veth", "peer", "name", "eth1"}), 0);
+    }
+
+    void followsTheService()
+    {
+        PrivateBus oBus;
+        QVERIFY(oBus.start());
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
+        const Display oDisplay({800, 600});
+        PanelProcess oPanel(oDisplay.name());
+        QVERIFY(oPanel.start());
+
+        // Without the service there is a block for each interface but the loopback, without addresses.
+        const QString strEmpty = "IP Address:|Subnet Mask:|Std. Gateway:|0.0.0.0|0.0.0.0|0.0.0.0";
+        QCOMPARE(blocks(oPanel).join('|'), strEmpty + "|" + strEmpty);
+
+        // Once it is there the next refresh shows its values.
+        SimulatorProcess oService;
+        QVERIFY(oService.start(oBus));
+        oService.steering().SetDocument(
+            document("{\"name\" : \"eth0\", \"ip_address\" : \"192.168.1.20\", "
+                     "\"netmask\" : \"255.255.255.0\", \"gateway_ip\" : \"192.168.1.1\"}"));
+        const auto fnHas = [&](const QStringList& oValues) {
+            const QStringList oNow = blocks(oPanel);
+            return oNow.mid(3, 3) == oValues || oNow.mid(9, 3) == oValues;
+        };
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return fnHas({"192.168.1.20", "255.255.255.0", "192.168.1.1"});
+            },
+            12000));
+        QVERIFY2(fnHas({"DHCP", "", ""}),
+                 qPrintable(blocks(oPanel).join('|'))); // on, but without a lease yet
+
+        // A tap on a value reads each interface again, once.
+        oService.steering().SetDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"10.0.0.7\"}"));
+        oService.steering().ClearCalls().waitForFinished();
+        const sWidget oDevice = oPanel.widget("deviceTypeForm_Label");
+        QVERIFY(oDisplay.tap(oDevice.rect().topLeft() + QPoint(30, 70)));
+        QVERIFY(QTest::qWaitFor([&] { return fnHas({"10.0.0.7", "0.0.0.0", "0.0.0.0"}); }, 2000));
+        QStringList oCalls = oService.calls();
+        oCalls.sort();
+        QCOMPARE(oCalls.size(), 2);
+
+        // The service dies: the panel goes on.
+        oService.kill();
+        oPanel.send("v1.2\n");
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1.2"), QString("1.2"));
+        QCOMPARE(oPanel.quit(), 0);
+    }
 };
-
-void TestInterfaces::initTestCase()
-{
-    QCOMPARE(QProcess::execute("ip", {"link", "add", "eth0", "type", "veth", "peer", "name", "eth1"}), 0);
-}
-
-void TestInterfaces::followsTheService()
-{
-    PrivateBus oBus;
-    QVERIFY(oBus.start());
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
-    const Display oDisplay({800, 600});
-    PanelProcess oPanel(oDisplay.name());
-    QVERIFY(oPanel.start());
-
-    // Without the service there is a block for each interface but the loopback, without addresses.
-    const QString strEmpty = "IP Address:|Subnet Mask:|Std. Gateway:|0.0.0.0|0.0.0.0|0.0.0.0";
-    QCOMPARE(blocks(oPanel).join('|'), strEmpty + "|" + strEmpty);
-
-    // Once it is there the next refresh shows its values.
-    SimulatorProcess oService;
-    QVERIFY(oService.start(oBus));
-    oService.steering().SetDocument(
-        document("{\"name\" : \"eth0\", \"ip_address\" : \"192.168.1.20\", "
-                 "\"netmask\" : \"255.255.255.0\", \"gateway_ip\" : \"192.168.1.1\"}"));
-    const auto fnHas = [&](const QStringList& oValues) {
-        const QStringList oNow = blocks(oPanel);
-        return oNow.mid(3, 3) == oValues || oNow.mid(9, 3) == oValues;
-    };
-    QVERIFY(QTest::qWaitFor([&] { return fnHas({"192.168.1.20", "255.255.255.0", "192.168.1.1"}); }, 12000));
-    QVERIFY2(fnHas({"DHCP", "", ""}), qPrintable(blocks(oPanel).join('|'))); // on, but without a lease yet
-
-    // A tap on a value reads each interface again, once.
-    oService.steering().SetDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"10.0.0.7\"}"));
-    oService.steering().ClearCalls().waitForFinished();
-    const sWidget oDevice = oPanel.widget("deviceTypeForm_Label");
-    QVERIFY(oDisplay.tap(oDevice.rect().topLeft() + QPoint(30, 70)));
-    QVERIFY(QTest::qWaitFor([&] { return fnHas({"10.0.0.7", "0.0.0.0", "0.0.0.0"}); }, 2000));
-    QStringList oCalls = oService.calls();
-    oCalls.sort();
-    QCOMPARE(oCalls.size(), 2);
-
-    // The service dies: the panel goes on.
-    oService.kill();
-    oPanel.send("v1.2\n");
-    QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1.2"), QString("1.2"));
-    QCOMPARE(oPanel.quit(), 0);
-}
 
 QTEST_GUILESS_MAIN(TestInterfaces)
 #include "tst_interfaces.moc"
