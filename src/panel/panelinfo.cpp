@@ -36,9 +36,9 @@ PanelInfo::PanelInfo(const QSize& oScreenSize)
       szLbl_AppName(tr("Application Name:")), szLbl_SystemDate(tr("System Date:")),
       szLbl_SystemTime(tr("System Time:")), szLbl_SystemSetting(tr("System Settings")),
       hSystemSettingIcon(QStringLiteral(":/images/quen/setting_up.bmp")),
-      hBitmapLogo(QStringLiteral(":/images/quen/logo.bmp")), infoTextLineGap(2),
-      screenWidth(oScreenSize.width()), screenHeight(oScreenSize.height()), bannerSize(70),
-      bannerColor(Qt::white), mainTextColor(Qt::black), infoLabelColor(Qt::black), infoTextColor(Qt::black)
+      hBitmapLogo(QStringLiteral(":/images/quen/logo.bmp")), screenWidth(oScreenSize.width()),
+      screenHeight(oScreenSize.height()), bannerColor(Qt::white), mainTextColor(Qt::black),
+      infoLabelColor(Qt::black), infoTextColor(Qt::black)
 {
     const sMetrics& oMetrics = metricsFor(screenWidth);
     systemSettingFontSize = oMetrics.nSystemSettingFontSize;

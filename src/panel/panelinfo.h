@@ -46,12 +46,12 @@ public:
     int mainTextFontSize;      /**< pixels */
     int infoTextFontSize;      /**< pixels */
     int infoTextBorderSize;
-    int infoTextLineGap;
-    int screenWidth;  /**< pixels */
-    int screenHeight; /**< pixels */
-    int bannerSize;   /**< height of the banner in pixels */
-    int buttonWidth;  /**< pixels */
-    int buttonHeight; /**< pixels */
+    int infoTextLineGap = 2;
+    int screenWidth;     /**< pixels */
+    int screenHeight;    /**< pixels */
+    int bannerSize = 70; /**< height of the banner in pixels */
+    int buttonWidth;     /**< pixels */
+    int buttonHeight;    /**< pixels */
     QColor bannerColor;
     QColor mainTextColor;
     QColor infoLabelColor;
