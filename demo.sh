@@ -7,43 +7,59 @@
 # --screen    size of the device's screen, 800x480 if not given
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
-cd "$(dirname "$0")"
+
+fnUsage() {
+    sed -n '2,8s/^# \?//p' "$0" >&2
+    exit 2
+}
 
 screen=800x480
 pictures=
 while (($#)); do
+    [[ -n ${2:-} ]] || fnUsage
     case $1 in
-    --screen) screen=${2:?} ;;
-    --headless) pictures=${2:?} ;;
-    *) sed -n '2,8s/^# \?//p' "$0" >&2; exit 2 ;;
+    --screen) screen=$2 ;;
+    --headless) pictures=$(realpath -m "$2") ;;
+    *) fnUsage ;;
     esac
     shift 2
 done
-[[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || { echo "demo.sh: no screen size: $screen" >&2; exit 2; }
+[[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || fnUsage
 
+cd "$(dirname "$0")"
 packaging/install-build-packages.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target tarnixUI ovik-simulator
 
+work=$(mktemp -d)
+server=
+trap '[[ -z $server ]] || kill "$server" 2>/dev/null; rm -rf "$work"' EXIT
+
+fnServer() { # COMMAND...: starts an X server; fails if it does not come up
+    "$@" -displayfd 3 3>"$work/display" 2>"$work/server.log" &
+    server=$!
+    until [[ -s $work/display ]]; do
+        kill -0 "$server" 2>/dev/null || return 1
+        sleep 0.1
+    done
+}
+
+fnVirtual() { fnServer Xvfb -screen 0 "${screen}x24" -nolisten tcp || { cat "$work/server.log" >&2; exit 1; }; }
+
+if [[ -n $pictures || -z ${DISPLAY:-} ]]; then
+    fnVirtual
+else
+    fnServer Xephyr -screen "$screen" -title tarnixUI || fnVirtual
+fi
+
 options=()
+[[ -z $pictures ]] || options=(--pictures "$work/pictures")
+mkdir "$work/pictures"
+unset QT_SCALE_FACTOR QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_STYLE_OVERRIDE
+DISPLAY=:$(<"$work/display") QT_QPA_PLATFORM=xcb simulator/sandbox.sh --keep /tmp/.X11-unix --keep "$work/pictures" -- \
+    simulator/runtime.sh "${options[@]}" build/dev
 if [[ -n $pictures ]]; then
     mkdir -p "$pictures"
-    options=(--pictures "$(realpath "$pictures")")
+    cp "$work"/pictures/*.png "$pictures"
+    echo "The pictures are in $pictures"
 fi
-
-work=$(mktemp -d)
-trap 'kill "$server" 2>/dev/null; rm -rf "$work"' EXIT
-if [[ -z $pictures && -n ${DISPLAY:-} ]]; then
-    Xephyr -screen "$screen" -title tarnixUI -displayfd 3 3>"$work/display" 2>"$work/server.log" &
-else
-    Xvfb -screen 0 "${screen}x24" -nolisten tcp -displayfd 3 3>"$work/display" 2>"$work/server.log" &
-fi
-server=$!
-until [[ -s $work/display ]]; do
-    kill -0 "$server" 2>/dev/null || { cat "$work/server.log" >&2; exit 1; }
-    sleep 0.1
-done
-
-keep=(--keep /tmp/.X11-unix)
-[[ -z $pictures ]] || keep+=(--keep "$pictures")
-DISPLAY=:$(<"$work/display") simulator/sandbox.sh "${keep[@]}" -- simulator/runtime.sh "${options[@]}" build/dev

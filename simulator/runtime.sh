@@ -18,6 +18,21 @@ log=/tmp/tarnixUI.log
 calls=/tmp/ovik-simulator.log
 stage=0
 
+fnFail() {
+    echo "runtime.sh: $*" >&2
+    cat /tmp/*.log >&2 || true
+    exit 1
+}
+
+fnAwait() { # COMMAND...: until it succeeds
+    local i
+    for ((i = 0; i < 100; i++)); do
+        ! "$@" || return 0
+        sleep 0.1
+    done
+    fnFail "waited in vain: $*"
+}
+
 fnSay() { printf '\n== %s\n' "$*"; }
 
 fnStage() { # NAME TEXT: lets the panel settle and shows what it looks like now
@@ -32,7 +47,7 @@ fnSend() { # LINE...
     local line
     for line in "$@"; do
         printf 'runtime> %s\n' "$line"
-        printf '%s\n' "$line" >&"${PANEL[1]}"
+        printf '%s\n' "$line" >&"$commands"
     done
 }
 
@@ -40,8 +55,8 @@ fnPrompt() {
     local line
     fnSay 'Your turn: lines are passed to the panel as they are; "quit" ends it.'
     echo 'Try dNAME, vVERSION, nCOUNT, aINDEXNAME and sINDEXTEXT with a three-digit index, w1, w0.'
-    while read -r -p 'runtime> ' line; do
-        { printf '%s\n' "$line" >&"${PANEL[1]}"; } 2>/dev/null || return 0
+    while IFS= read -r -p 'runtime> ' line || [[ -n $line ]]; do
+        printf '%s\n' "$line" >&"$commands" || return 0
         [[ $line != quit ]] || return 0
     done
     fnSend quit
@@ -66,9 +81,9 @@ fnDevice() {
 
     export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
     dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
-    until [[ -S /tmp/system-bus ]]; do sleep 0.1; done
+    fnAwait test -S /tmp/system-bus
     "$build/simulator/ovik-simulator" --system >"$calls" &
-    until grep -q ready "$calls"; do sleep 0.1; done
+    fnAwait grep -q ready "$calls"
 }
 
 fnService() { # MEMBER ARGUMENT...: another client of the platform service
@@ -79,11 +94,11 @@ fnService() { # MEMBER ARGUMENT...: another client of the platform service
 fnDevice
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
-exec {output}<&"${PANEL[0]}"
-read -r greeting <&"$output"
+exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"
+read -r greeting <&"$output" || fnFail 'the panel does not greet'
 fnSay "The panel greets: $greeting"
 
-until [[ -p /tmp/tarnixUI ]]; do sleep 0.1; done
+fnAwait test -p /tmp/tarnixUI
 fnSay "The panel says through its named pipe: $(</tmp/tarnixUI)"
 fnStage started 'The panel as it starts'
 
@@ -109,8 +124,8 @@ fnSend 's000Exception' 's001Running'
 fnStage status 'Their status changes'
 
 xdotool mousemove 30 35 click 1
-sleep 0.5
-[[ -e /tmp/configuration-started ]] && fnSay 'The settings button has started the configuration application'
+fnAwait test -e /tmp/configuration-started
+fnSay 'The settings button has started the configuration application'
 
 fnSend n20 'a018A very long application name, longer than the screen of the panel is wide'
 fnScroll
@@ -119,7 +134,7 @@ fnStage scrolled 'Twenty applications, scrolled by touch'
 fnSend n3
 [[ -n $pictures ]] || fnPrompt
 [[ -z $pictures ]] || fnSend quit
-read -r farewell <&"$output"
+read -r farewell <&"$output" || fnFail 'the panel says no farewell'
 wait "$panel" && status=0 || status=$?
 fnSay "The panel says $farewell and ends with status $status"
 echo 'Its log:'

@@ -5,6 +5,7 @@
 #include "wink/winkwidget.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QSocketNotifier>
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <iostream>
 #include <poll.h>
@@ -20,6 +22,7 @@
 namespace {
 
 constexpr std::size_t s_nChunkSize = 65536;
+constexpr std::size_t s_nMaxLineSize = 64 * 1024 * 1024;
 constexpr qint64 s_nWorkMilliseconds =
     20; // well below the tenth of a second within which a touch is answered
 constexpr int s_nIndexPosition = 1;
@@ -86,9 +89,12 @@ void Console::readCommand()
             }
             execute(QString::fromUtf8(strLine.c_str()));
             if (oWork.hasExpired(s_nWorkMilliseconds)) {
-                QTimer::singleShot(0, this, SLOT(readCommand()));
-                return;
+                break;
             }
+        }
+        if (oWork.hasExpired(s_nWorkMilliseconds)) {
+            QTimer::singleShot(0, this, SLOT(readCommand()));
+            return;
         }
     } while (readInput());
 
@@ -117,21 +123,45 @@ bool Console::readInput()
     if (nRead < 0 && (nError == EINTR || nError == EAGAIN)) {
         return false;
     }
+    if (nRead < 0) {
+        qWarning() << "Cannot read standard input" << strerror(nError);
+    }
     m_bEndOfInput = nRead <= 0;
     return !m_bEndOfInput;
 }
 
 bool Console::takeLine(std::string& strLine)
 {
-    const std::string::size_type nEnd = m_strInput.find('\n', m_nSearched);
+    std::string::size_type nEnd = m_strInput.find('\n', m_nSearched);
+    if (m_bDropLine && nEnd != std::string::npos) {
+        m_bDropLine = false;
+        m_nTaken = nEnd + 1;
+        nEnd = m_strInput.find('\n', m_nTaken);
+    }
     if (nEnd == std::string::npos) {
         m_nSearched = m_strInput.size();
+        limitLine();
         return false;
     }
     strLine.assign(m_strInput, m_nTaken, nEnd - m_nTaken);
     m_nTaken = nEnd + 1;
     m_nSearched = m_nTaken;
     return true;
+}
+
+// A line that does not end must not take all memory.
+void Console::limitLine()
+{
+    if (m_strInput.size() - m_nTaken <= s_nMaxLineSize) {
+        return;
+    }
+    if (!m_bDropLine) {
+        qWarning() << "Command line longer than" << s_nMaxLineSize << "bytes dropped";
+    }
+    m_bDropLine = true;
+    m_strInput.clear();
+    m_nTaken = 0;
+    m_nSearched = 0;
 }
 
 void Console::execute(const QString& strCommand)

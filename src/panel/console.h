@@ -46,6 +46,7 @@ private slots:
 private:
     bool readInput();
     bool takeLine(std::string& strLine);
+    void limitLine();
     void execute(const QString& strCommand);
     void leave();
 
@@ -55,5 +56,6 @@ private:
     std::string m_strInput;
     std::string::size_type m_nTaken = 0;    // start of the first line not carried out
     std::string::size_type m_nSearched = 0; // no newline lies between m_nTaken and here
+    bool m_bDropLine = false;               // the rest of a line that was too long is still to come
     bool m_bEndOfInput = false;
 };

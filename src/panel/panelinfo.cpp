@@ -1,5 +1,7 @@
 #include "panel/panelinfo.h"
 
+#include <climits>
+
 namespace {
 
 struct sMetrics

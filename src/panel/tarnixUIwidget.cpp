@@ -28,7 +28,7 @@ constexpr char s_szDHCP[] = "DHCP";
 constexpr char s_szTimeFormat[] = "HH:mm:ss";
 constexpr int s_nClockMilliseconds = 1000;
 constexpr int s_nNetworkMilliseconds = 10000;
-constexpr int s_nMaxApplications = 1000;
+constexpr int s_nMaxApplications = 1001;
 
 constexpr char s_szScrollBarSheet[] =
     "QScrollBar { background-color: rgb(220,220,220); }"
@@ -168,6 +168,19 @@ void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* 
     setInfoTextLabelStyle(pCaption, eType_Label);
     pValue->setText(strValue);
     setInfoTextLabelStyle(pValue, eType_Form);
+    fitRow(pCaption, pValue);
+}
+
+// On the narrowest screens a long caption takes two lines, so that an address fits beside the captions.
+void TarnixUI::fitRow(QLabel* pCaption, QLabel* pValue)
+{
+    if (pCaption->sizeHint().width() * 2 <= m_pPanelInfo->screenWidth) {
+        return;
+    }
+    const int nHeight = pCaption->fontMetrics().lineSpacing() * 2;
+    pCaption->setWordWrap(true);
+    pCaption->setFixedHeight(nHeight);
+    pValue->setFixedHeight(nHeight);
 }
 
 void TarnixUI::watchDateTime(QLabel* pLabel)
@@ -300,6 +313,7 @@ sAppStatusUIDetails TarnixUI::createAppRow()
     oRow.m_pAppNameLabel = createAppLabel(m_pPanelInfo->szLbl_AppName, eType_Label);
     oRow.m_pStatFormLabel = createAppLabel(QString(), eType_Form);
     oRow.m_pAppFormLabel = createAppLabel(QString(), eType_Form);
+    fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel);
     return oRow;
 }
 
@@ -436,6 +450,7 @@ void TarnixUI::onNetworkTimerTimedOut()
 void TarnixUI::showDetails(const sNetworkInterfaceUIDetails& oLabels,
                            const sNetworkInterfaceDetails& oDetails)
 {
+    // Without a lease the address is none, which the platform client tells as 0.0.0.0.
     const bool bWaitsForLease =
         oDetails.m_bISDHCP && QHostAddress(oDetails.m_strIPAddress).toIPv4Address() == 0;
     oLabels.m_pIPAddressLabel->setText(bWaitsForLease ? s_szDHCP : oDetails.m_strIPAddress);
@@ -519,9 +534,11 @@ void TarnixUI::writeToNamedPipe()
                    << "Written message to named pipe successfully";
         return;
     }
-    qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
-    if (nError == EPIPE) {
-        retryNamedPipe(); // the reader went away before the message reached it
+    if (nError != EAGAIN) {
+        qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
+    }
+    if (nError == EAGAIN || nError == EPIPE) {
+        retryNamedPipe(); // the pipe is full, or the reader went away before the message reached it
     }
 }
 

@@ -66,8 +66,8 @@ public:
 
     /**
      * Shows the rows of a number of applications: the fixed ones and nCount - 1 extra ones, made on demand.
-     * @param nCount number of loaded applications; below 1 nothing happens, above 1000 it counts as 1000,
-     * since the three digits of a command's index reach no further
+     * @param nCount number of loaded applications; below 1 nothing happens, above 1001 it counts as 1001: the
+     *               three digits of a command's index reach no further
      */
     void setNumberOfAppsinUI(int nCount);
 
@@ -94,7 +94,8 @@ public:
 
     /**
      * Reads the current settings of an interface from the platform service (its getInterfaceConfig call).
-     * @return empty texts if the service cannot be reached
+     * @return empty texts if there is no bus; after an error reply, and before the first answer, what was
+     * read last, possibly of another interface (required by the device's other software)
      */
     sNetworkInterfaceDetails getInterfaceDetails(const QString& strName);
 
@@ -121,6 +122,7 @@ private:
     void populateUI();
     void populateBanner();
     void populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue);
+    void fitRow(QLabel* pCaption, QLabel* pValue);
     void watchDateTime(QLabel* pLabel);
     void insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
                                       QWidget* pValueAnchor);
