@@ -13,7 +13,6 @@
 #include <QNetworkInterface>
 #include <QScreen>
 #include <QScrollBar>
-#include <QScroller>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -258,6 +257,8 @@ void TarnixUI::enableTouchScrolling()
     ui->scrollArea->verticalScrollBar()->parentWidget()->setStyleSheet(strSheet);
     ui->scrollArea->horizontalScrollBar()->parentWidget()->setStyleSheet(strSheet);
     QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
+    connect(QScroller::scroller(ui->scrollArea->viewport()), SIGNAL(stateChanged(QScroller::State)), this,
+            SLOT(onScrollerStateChanged(QScroller::State)));
 }
 
 void TarnixUI::setDeviceType(const QString& strText)
@@ -361,7 +362,7 @@ void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
 
 bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (pEvent->type() != QEvent::MouseButtonRelease || isScrolling()) {
+    if (pEvent->type() != QEvent::MouseButtonRelease || m_bDragged) { // the end of a drag is no tap
         return QWidget::eventFilter(pWatched, pEvent);
     }
     if (m_oNetworkSettingsWidgetList.contains(pWatched)) {
@@ -375,11 +376,11 @@ bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
     return QWidget::eventFilter(pWatched, pEvent);
 }
 
-// The release that ends a drag of the rows is no tap.
-bool TarnixUI::isScrolling() const
+void TarnixUI::onScrollerStateChanged(QScroller::State eState)
 {
-    const QScroller::State eState = QScroller::scroller(ui->scrollArea->viewport())->state();
-    return eState == QScroller::Dragging || eState == QScroller::Scrolling;
+    if (eState == QScroller::Pressed || eState == QScroller::Dragging) {
+        m_bDragged = eState == QScroller::Dragging;
+    }
 }
 
 void TarnixUI::onSysTimeTimerTimeOut()

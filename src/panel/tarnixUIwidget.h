@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QPointer>
 #include <QProcess>
+#include <QScroller>
 #include <QTimer>
 #include <QWidget>
 
@@ -108,6 +109,7 @@ protected:
     void paintEvent(QPaintEvent* pEvent) override;
 
 private slots:
+    void onScrollerStateChanged(QScroller::State eState);
     void onSysTimeTimerTimeOut();
     void onSystemDateTimeRequested();
     void onNetworkSettingsRequested(QObject* pWatched);
@@ -136,7 +138,6 @@ private:
     sAppStatusUIDetails createAppRow();
     static void setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible);
     const sAppStatusUIDetails* findAppRow(int nIndex) const;
-    bool isScrolling() const;
     void LaunchCtrlPanel();
     void retryNamedPipe();
 
@@ -150,4 +151,5 @@ private:
     QMap<QString, sNetworkInterfaceUIDetails> m_oNetworkInterfaceUIDetailsMap;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName;
+    bool m_bDragged = false; // the finger that touched the rows last has dragged them
 };

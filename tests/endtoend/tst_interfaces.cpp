@@ -72,12 +72,24 @@ private slots:
         oService.setDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"10.0.0.7\"}"));
         const int nCalls = oService.calls().size();
         const sWidget oDevice = oPanel.widget("deviceTypeForm_Label");
-        QVERIFY(oDisplay.tap(oDevice.rect().topLeft() + QPoint(30, 70)));
+        const QPoint oValue = oDevice.rect().topLeft() + QPoint(30, 70);
+        QVERIFY(oDisplay.tap(oValue));
         QVERIFY(QTest::qWaitFor([&] { return fnHas({"10.0.0.7", "0.0.0.0", "0.0.0.0"}); }, 2000));
         QCOMPARE(oService.calls().size(), nCalls + 2);
 
-        // The service dies: the panel goes on.
-        oService.kill();
+        // A drag that starts on it does not.
+        QTest::qWait(600); // longer than a double click
+        QString strDrag = QString("mousemove %1 %2 mousedown 1 sleep 0.4").arg(oValue.x()).arg(oValue.y());
+        for (int i = 1; i < 10; ++i) {
+            strDrag += QString(" mousemove %1 %2 sleep 0.02").arg(oValue.x()).arg(oValue.y() - 5 * i);
+        }
+        QVERIFY(oDisplay.pointer(strDrag + " sleep 0.3 mouseup 1 sleep 0.3"));
+        QCOMPARE(oService.calls().size(), nCalls + 2);
+
+        // Refreshes go on.
+        QVERIFY(QTest::qWaitFor([&] { return oService.calls().size() == nCalls + 4; }, 12000));
+
+        oService.kill(); // the panel goes on
         oPanel.send("v1.2\n");
         QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1.2"), QString("1.2"));
         QCOMPARE(oPanel.quit(), 0);

@@ -159,6 +159,8 @@ private slots:
     {
         const Display oDisplay({800, 480});
         PanelProcess oPanel(oDisplay.name());
+        oPanel.process().setProgram("/bin/sh");
+        oPanel.process().setArguments({"-c", "exec " PANEL_PROGRAM " 7</dev/zero"}); // must not be inherited
         QVERIFY(oPanel.start());
         const QPoint oButton = oPanel.widget("toolButton").rect().center();
 
@@ -170,7 +172,7 @@ private slots:
         QVERIFY(write("/usr/bin/kadconfig-app",
                       "#!/bin/bash\n"
                       "echo lost output; echo lost error >&2\n"
-                      "streams=$(readlink /proc/$$/fd/{0,1,2})\n"
+                      "streams=$(readlink /proc/$$/fd/{0,1,2} /proc/$$/fd/7)\n"
                       "echo \"[$QTDIR][$QT_PLUGIN_PATH][$LD_LIBRARY_PATH] \"$streams >/tmp/new.$$\n"
                       "mv /tmp/new.$$ /tmp/app.$$\nexec sleep 1000\n"));
         QFile::setPermissions("/usr/bin/kadconfig-app", QFile::ReadOwner | QFile::ExeOwner);

@@ -1,5 +1,7 @@
 #include "support/panelprocess.h"
 
+#include <QFileInfo>
+#include <QImage>
 #include <QTest>
 
 namespace {
@@ -58,6 +60,11 @@ private slots:
         const Display oDisplay(screen);
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
+        oPanel.send("v255.255.255.255\n"); // an address fits beside the captions
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "255.255.255.255"),
+                 QString("255.255.255.255"));
+        QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").rect().width() <=
+                    oPanel.widget("qt_scrollarea_viewport").rect().width());
         oPanel.send(s_oManyApplications +
                     "s019\xC3\xA4nd\n"); // its row does not exist: the log tells that all is done
         QVERIFY(oPanel.waitForLog("idx: 19  size:  19"));
@@ -140,16 +147,37 @@ private slots:
 
     void looks()
     {
-        PanelProcess oPanel;
+        const Display oDisplay({800, 480});
+        PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
         const sWidget oCaption = oPanel.widget("plcStatus_Label");
-        QCOMPARE(oCaption["font"].toString().section(',', 0, 0), QString("Arial"));
-        QCOMPARE(oCaption["font"].toString().section(',', 4, 4), QString("75"));
-        QCOMPARE(oCaption["alignment"].toInt(), static_cast<int>(Qt::AlignRight | Qt::AlignVCenter));
-        QCOMPARE(oCaption["color"].toString(), QString("#000000"));
         const sWidget oValue = oPanel.widget("plcStatusForm_Label");
+        QVERIFY2(oCaption["font"].toString().startsWith("Arial,-1,20,5,75,"),
+                 qPrintable(oCaption["font"].toString()));
+        QCOMPARE(oValue["font"], oCaption["font"]);
+        QCOMPARE(oCaption["alignment"].toInt(), static_cast<int>(Qt::AlignRight | Qt::AlignVCenter));
         QCOMPARE(oValue["alignment"].toInt(), static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter));
-        QCOMPARE(oValue["font"].toString(), oCaption["font"].toString());
+        QCOMPARE(oCaption["color"].toString(), QString("#000000"));
+        oPanel.send("n2\n");
+        const QList<sWidget> oWidgets = oPanel.widgets();
+        for (const sWidget& oWidget : oWidgets) { // what the runtime sends is never markup
+            QVERIFY(!oWidget.name().endsWith("Form_Label") || oWidget["plain"].toBool());
+        }
+
+        QTRY_VERIFY(QFileInfo::exists("/tmp/tarnixUI")); // painted
+        QCOMPARE(
+            QProcess::execute("import", {"-display", oDisplay.name(), "-window", "root", "/tmp/screen.png"}),
+            0);
+        const QImage oScreen("/tmp/screen.png");
+        const auto fnHasDark = [&](const QRect& oRect) {
+            const QImage oPart = oScreen.copy(oRect).convertToFormat(QImage::Format_Grayscale8);
+            return std::any_of(oPart.constBits(), oPart.constBits() + oPart.sizeInBytes(),
+                               [](uchar n) { return n < 140; });
+        };
+        QVERIFY(fnHasDark(oPanel.widget("toolButton").rect()));
+        QVERIFY(fnHasDark(oPanel.widget("logo").rect()));
+        QCOMPARE(oScreen.pixelColor(2, 2), QColor(Qt::white));
+        QCOMPARE(oScreen.pixelColor(2, 470), QColor(Qt::white));
     }
 };
 

@@ -30,6 +30,7 @@ QJsonObject describe(const QWidget* pWidget)
         oJson["text"] = pLabel->text();
         oJson["alignment"] = static_cast<int>(pLabel->alignment());
         oJson["wraps"] = pLabel->wordWrap();
+        oJson["plain"] = pLabel->textFormat() == Qt::PlainText;
     }
     return oJson;
 }

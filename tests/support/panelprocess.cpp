@@ -24,6 +24,8 @@ Display::Display(const QSize& oSize)
     m_oServer.start("Xvfb", {"-screen", "0", strScreen, "-nolisten", "tcp", "-displayfd", "1"});
     if (m_oServer.waitForReadyRead(s_nPatience)) {
         m_strName = ":" + m_oServer.readLine().trimmed();
+    } else {
+        qFatal("no virtual display");
     }
 }
 

@@ -12,11 +12,11 @@
 class Display
 {
 public:
-    /** @param oSize of the only screen, in pixels; the display is ready when the constructor returns */
+    /** @param oSize of the only screen, in pixels; ends the test if the display does not come up */
     explicit Display(const QSize& oSize);
     ~Display();
 
-    /** Returns the value for DISPLAY, empty if the server did not start. */
+    /** Returns the value for DISPLAY. */
     QString name() const { return m_strName; }
 
     /** Runs xdotool with the words of the command and waits for it: real pointer events, as from a touch
