@@ -12,12 +12,16 @@ public:
     /** Kills the program. */
     ~ChildProcess() override;
 
-    /** Starts the program and waits until it writes a line; returns the line, a null text when it does not.
-     */
+    /** Starts a program and returns its first line, or a null text when it could not be started, ended
+     * without a line, or wrote none within a minute. */
     QString startAndReadLine(const QString& strProgram, const QStringList& oArguments);
 
-    /** Returns the next line without its line feed; a null text when none came within a minute. */
+    /** Returns the next line without its line feed; a null text when the program ended or a minute passed. */
     QString nextLine();
+
+    /** Waits up to 30 s for the end; returns true when it ended by itself with exit code 0, thus without a
+     * leak. */
+    bool endsWell();
 
 protected:
     void setupChildProcess() override;

@@ -4,19 +4,14 @@
 #include "support/privatebus.h"
 
 /** The product's platform client in a program of its own, so that each test has a fresh one: does actions. */
-class PlatformClient
+class PlatformClient : public ChildProcess
 {
 public:
     /** Starts the program; it looks for the system bus and the session bus at the addresses of the two. */
     PlatformClient(const PrivateBus& oSystemBus, const PrivateBus& oSessionBus);
 
-    /** Begins an action: the name of an operation and its argument; result() waits for its end. */
-    void begin(const QString& strAction);
-
-    /** Returns the result of the action begun; "gone" when the program has ended instead. */
-    QString result();
-
-    /** Does an action and returns its result. */
+    /** Does an action, the name of an operation and its argument; returns its result, "gone" when the program
+     * has ended instead. */
     QString act(const QString& strAction);
 
     /** Returns the lines logged since the last time. */
@@ -26,6 +21,5 @@ public:
     bool finish();
 
 private:
-    ChildProcess m_oProcess;
     QStringList m_oLog;
 };
