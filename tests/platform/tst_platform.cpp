@@ -42,7 +42,6 @@ class PlatformTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void cleanup();
     void findsService_data();
     void findsService();
@@ -69,11 +68,6 @@ bool PlatformTest::startSimulator(const PrivateBus& oBus, const QString& strWorl
 {
     return m_oSimulator.start(
         oBus, {"--lease-delay", "300", "--config", QFINDTESTDATA("network.json"), "--world", strWorld});
-}
-
-void PlatformTest::initTestCase()
-{
-    registerOVIKRecords();
 }
 
 void PlatformTest::cleanup()
@@ -156,7 +150,7 @@ void PlatformTest::findsService()
     if (strBuses.contains('*')) {
         QTEST(callsOf(oClient), "oCalls");
     }
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
 }
 
 // Everything that is sent to the service's name, in order, as another program on the bus sees it.
@@ -176,7 +170,7 @@ void PlatformTest::sendsNothingElse()
                              "/\tcom.quen.OVIK\trestartSystem"}) {
         QVERIFY2(oMonitor.nextLine().endsWith(pEnd), pEnd);
     }
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
 }
 
 // Condition: the service hangs for 12.5 s, which are two calls of 5 s and half of the third.
@@ -191,7 +185,7 @@ void PlatformTest::waitsFiveSeconds()
     QCOMPARE(oHang.startAndReadLine("sh", {"-c", strHang.arg(m_oSimulator.processId())}), QString("stopped"));
     QCOMPARE(oClient.act("Init"), QString("true"));
     QCOMPARE(oClient.takeLog(), QStringList(retry(g_strLate, 1)));
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
     oPatientBus.stop();
 }
 
@@ -239,7 +233,7 @@ void PlatformTest::acts()
     }
     QTEST(callsOf(oClient).replaceInStrings(QRegularExpression("^"), "> "), "oCalls");
     QTEST(oClient.takeLog().replaceInStrings(QRegularExpression("^"), "! "), "oLog");
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
 }
 
 // Condition: the bus goes away between the reading and the writing. Expectation: the writing fails at once.
@@ -251,7 +245,7 @@ void PlatformTest::losesBusBeforeSending()
     QCOMPARE(oClient.act("SetNetworkSettings"), QString("held"));
     m_oSystemBus.stop();
     QCOMPARE(oClient.act("go on"), QString("false"));
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
 }
 
 // The service comes after the first look for it, dies, comes back, and dies in the middle of a call.
@@ -274,7 +268,7 @@ void PlatformTest::followsService()
     QVERIFY(m_oSimulator.calls().endsWith("/NetworkManager getInterfaceConfig(\"eth0\")"));
     QTRY_COMPARE(oClient.act("GetBestInterfaceIP"), QString("192.168.2.20"));
     QCOMPARE(oClient.takeLog(), QStringList());
-    QVERIFY(oClient.finish());
+    QVERIFY(oClient.endsWell());
 }
 
 void PlatformTest::decodesRecords_data()
@@ -291,6 +285,7 @@ void PlatformTest::decodesRecords_data()
 void PlatformTest::decodesRecords()
 {
     QFETCH(QString, strWorld);
+    registerOVIKRecords();
     QVERIFY(m_oSystemBus.start() && startSimulator(m_oSystemBus));
     QVERIFY(steer("World " + strWorld));
     ComQuenOVIKSystemInfoInterface oProxy("com.quen.OVIK", "/SystemInfo",

@@ -38,6 +38,7 @@ QString ChildProcess::nextLine()
 
 bool ChildProcess::endsWell()
 {
+    closeWriteChannel();
     waitForFinished();
     return state() == NotRunning && exitStatus() == NormalExit && exitCode() == 0;
 }

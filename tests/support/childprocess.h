@@ -12,15 +12,13 @@ public:
     /** Kills the program. */
     ~ChildProcess() override;
 
-    /** Starts a program and returns its first line, or a null text when it could not be started, ended
-     * without a line, or wrote none within a minute. */
+    /** Starts a program and returns its first line; a null text as nextLine(), or when it does not start. */
     QString startAndReadLine(const QString& strProgram, const QStringList& oArguments);
 
     /** Returns the next line without its line feed; a null text when the program ended or a minute passed. */
     QString nextLine();
 
-    /** Waits up to 30 s for the end; returns true when it ended by itself with exit code 0, thus without a
-     * leak. */
+    /** Closes its input, waits up to 30 s; true when it ended by itself with exit code 0, without a leak. */
     bool endsWell();
 
 protected:

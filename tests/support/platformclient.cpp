@@ -34,9 +34,3 @@ QStringList PlatformClient::takeLog()
 {
     return std::exchange(m_oLog, {});
 }
-
-bool PlatformClient::finish()
-{
-    closeWriteChannel();
-    return endsWell();
-}

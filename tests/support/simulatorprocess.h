@@ -10,8 +10,7 @@
 class SimulatorProcess : public ChildProcess
 {
 public:
-    /** Starts it, or another one in its place, on the bus, with arguments of its command line; returns false
-     * when it does not come up. */
+    /** Starts it, in place of the one before, with arguments of its own; false when it does not come up. */
     bool start(const PrivateBus& oBus, const QStringList& oArguments = {});
 
     /** Replaces the network configuration; returns false if the text is none. */
