@@ -107,7 +107,8 @@ int main(int argc, char* argv[])
 
     const bool bQuickFailure = measureFailingInit();
     SimulatorProcess oSimulator;
-    if (!oBus.start() || !oSimulator.start(oBus) || !oSimulator.setDocument(QString::fromLatin1(g_pDocument))) {
+    if (!oBus.start() || !oSimulator.start(oBus) ||
+        !oSimulator.setDocument(QString::fromLatin1(g_pDocument))) {
         return 1;
     }
     const bool bQuickUpdate = measureUpdate();
