@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-Device::Device(QString strDocument, int nLeaseDelayMs, QObject* pParent)
-    : QObject(pParent), m_oNetwork(nLeaseDelayMs, this), m_strDocument(std::move(strDocument))
+Device::Device(QString strDocument, int nLeaseDelayMs)
+    : m_oNetwork(nLeaseDelayMs, this), m_strDocument(std::move(strDocument))
 {
 }
 

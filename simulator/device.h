@@ -19,9 +19,9 @@ public:
         bool m_bRunning = false;
     };
 
-    /** Makes a device whose DHCP leases take nLeaseDelayMs; strDocument is its network configuration at
-     * first. */
-    Device(QString strDocument, int nLeaseDelayMs, QObject* pParent);
+    /** Makes a device whose DHCP leases take nLeaseDelayMs milliseconds, 0 or more; strDocument is its
+     * network configuration at first. */
+    Device(QString strDocument, int nLeaseDelayMs);
 
     /** Puts everything back; returns false when the first network configuration is none. */
     bool clear();

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <csignal>
 #include <iostream>
 
 namespace {
@@ -43,14 +44,19 @@ SimulatedService::fnConnect busOf(const QCommandLineParser& oParser)
     return [=](const QString& strName) { return QDBusConnection::connectToBus(eBus, strName); };
 }
 
-/** Returns the text of the file; an empty one, which is no network configuration, when it cannot be read. */
-QString documentIn(const QString& strFile)
+/** Reads the network configuration to start with; false when there is a file that cannot be read. */
+bool readDocument(const QCommandLineParser& oParser, QString& strDocument)
 {
-    QFile oFile(strFile);
-    if (!oFile.open(QIODevice::ReadOnly)) {
-        return {};
+    if (!oParser.isSet(QStringLiteral("config"))) {
+        strDocument = NetworkDocument::ofThisMachine();
+        return true;
     }
-    return QString::fromUtf8(oFile.readAll());
+    QFile oFile(oParser.value(QStringLiteral("config")));
+    if (!oFile.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    strDocument = QString::fromUtf8(oFile.readAll());
+    return true;
 }
 
 /** Publishes the steering object; quits the program when the bus goes away. */
@@ -72,16 +78,27 @@ int fail(const std::string& strReason)
 
 int main(int argc, char* argv[])
 {
+    // It goes on when nobody reads its lines any more.
+    std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication oApplication(argc, argv);
     QCommandLineParser oParser;
     addOptions(oParser);
     oParser.process(oApplication);
+    if (!oParser.positionalArguments().isEmpty()) {
+        return fail("arguments that are no options");
+    }
     registerOVIKRecords();
 
-    const bool bFile = oParser.isSet(QStringLiteral("config"));
-    Device oDevice(bFile ? documentIn(oParser.value(QStringLiteral("config")))
-                         : NetworkDocument::ofThisMachine(),
-                   oParser.value(QStringLiteral("lease-delay")).toInt(), nullptr);
+    bool bNumber = false;
+    const int nLeaseDelayMs = oParser.value(QStringLiteral("lease-delay")).toInt(&bNumber);
+    if (!bNumber || nLeaseDelayMs < 0) {
+        return fail("the lease delay is no number of milliseconds");
+    }
+    QString strDocument;
+    if (!readDocument(oParser, strDocument)) {
+        return fail("cannot read the file of the network configuration");
+    }
+    Device oDevice(strDocument, nLeaseDelayMs);
     if (!oDevice.clear()) {
         return fail("no network configuration in the file");
     }
@@ -89,15 +106,19 @@ int main(int argc, char* argv[])
     World oWorld;
     const QString strWorld = oParser.value(QStringLiteral("world"));
     if (!oWorld.set(strWorld.section(QLatin1Char('='), 0, 0), strWorld.section(QLatin1Char('='), 1))) {
-        return fail("no such world");
+        return fail("no such world, or an argument that it does not take");
     }
 
     const SimulatedService::fnConnect fnConnectToBus = busOf(oParser);
-    Steering oSteering(oDevice, oWorld, nullptr);
-    if (!publishSteering(fnConnectToBus(QStringLiteral("steering")), oSteering)) {
-        return fail("cannot reach the bus, or another simulator is on it");
+    const QDBusConnection oBus = fnConnectToBus(QStringLiteral("steering"));
+    if (!oBus.isConnected()) {
+        return fail("cannot reach the bus");
     }
-    SimulatedService oService(oDevice, oWorld, fnConnectToBus, nullptr);
+    Steering oSteering(oDevice, oWorld);
+    if (!publishSteering(oBus, oSteering)) {
+        return fail("another simulator is on the bus, or the bus does not let it own its name");
+    }
+    SimulatedService oService(oDevice, oWorld, fnConnectToBus);
     if (!oService.publish()) {
         return fail("the bus does not let it publish the service");
     }

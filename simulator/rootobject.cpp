@@ -77,7 +77,7 @@ int RootObject::lockScreenSupported()
 
 void RootObject::mouseNotification(int /*bPlugged*/)
 {
-    answerZero();
+    answer([] {});
 }
 
 int RootObject::mouseStatus(const QString& /*display*/)

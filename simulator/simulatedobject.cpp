@@ -27,7 +27,9 @@ bool SimulatedObject::fails(const QVariant& oWrongReply)
 void SimulatedObject::refuse(const QString& strError, const QString& strMessage)
 {
     m_oWorld.noteCall(message());
-    if (!fails(42)) {
+    if (m_oWorld.fault() == World::eFault_Slow) {
+        answerLater([=](const QDBusMessage& oCall) { return oCall.createErrorReply(strError, strMessage); });
+    } else if (!fails(42)) {
         sendErrorReply(strError, strMessage);
     }
 }

@@ -37,7 +37,8 @@ protected:
         using Result = decltype(fnResult());
         m_oWorld.noteCall(message());
         if (m_oWorld.fault() == World::eFault_Slow) {
-            answerLater([fnResult] { return QVariant::fromValue(fnResult()); });
+            answerLater(
+                [fnResult](const QDBusMessage& oCall) { return oCall.createReply(resultOf(fnResult)); });
         } else if (!fails(wrongType<Result>())) {
             return fnResult();
         }
@@ -63,6 +64,18 @@ private:
         }
     }
 
+    /** Returns the values of the reply: one, or none. */
+    template<typename Function>
+    static QVariantList resultOf(Function fnResult)
+    {
+        if constexpr (std::is_void_v<decltype(fnResult())>) {
+            fnResult();
+            return {};
+        } else {
+            return {QVariant::fromValue(fnResult())};
+        }
+    }
+
     template<typename Function>
     void answerLater(Function fnReply)
     {
@@ -71,7 +84,7 @@ private:
         const QString strConnection = connection().name();
         const QDBusMessage oCall = message();
         QTimer::singleShot(m_oWorld.number(), this,
-                           [=] { QDBusConnection(strConnection).send(oCall.createReply(fnReply())); });
+                           [=] { QDBusConnection(strConnection).send(fnReply(oCall)); });
     }
 
     bool fails(const QVariant& oWrongReply);

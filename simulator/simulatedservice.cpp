@@ -7,8 +7,8 @@ const QString g_strRootPath = QStringLiteral("/");
 
 } // namespace
 
-SimulatedService::SimulatedService(Device& oDevice, World& oWorld, fnConnect fnConnectToBus, QObject* pParent)
-    : QObject(pParent), m_oWorld(oWorld), m_fnConnectToBus(std::move(fnConnectToBus)), m_oRoot(oWorld, this),
+SimulatedService::SimulatedService(Device& oDevice, World& oWorld, fnConnect fnConnectToBus)
+    : m_oWorld(oWorld), m_fnConnectToBus(std::move(fnConnectToBus)), m_oRoot(oWorld, this),
       m_oSystemInfo(oDevice, oWorld, this), m_oMainOSInfo(oDevice, oWorld, this),
       m_oNetworkManager(oDevice, oWorld, this), m_oServiceManager(oDevice, oWorld, this)
 {
@@ -75,6 +75,10 @@ void SimulatedService::withdraw()
 
 void SimulatedService::die()
 {
+    // Another world may have been set up since the call that the service was to die of.
+    if (m_oWorld.fault() != World::eFault_Vanishes) {
+        return;
+    }
     withdraw();
     m_oRecovery.start(m_oWorld.number());
 }

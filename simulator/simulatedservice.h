@@ -23,7 +23,7 @@ public:
     using fnConnect = std::function<QDBusConnection(const QString&)>;
 
     /** Answers out of the device oDevice and the world oWorld; nothing is published yet. */
-    SimulatedService(Device& oDevice, World& oWorld, fnConnect fnConnectToBus, QObject* pParent);
+    SimulatedService(Device& oDevice, World& oWorld, fnConnect fnConnectToBus);
 
     /** Leaves the bus. */
     ~SimulatedService() override;

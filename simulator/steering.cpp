@@ -2,8 +2,7 @@
 
 #include "SimulatorAdaptor.h"
 
-Steering::Steering(Device& oDevice, World& oWorld, QObject* pParent)
-    : QObject(pParent), m_oDevice(oDevice), m_oWorld(oWorld)
+Steering::Steering(Device& oDevice, World& oWorld) : m_oDevice(oDevice), m_oWorld(oWorld)
 {
     new SimulatorAdaptor(this);
 }
@@ -16,7 +15,7 @@ QStringList Steering::Worlds()
 void Steering::SetWorld(const QString& name, const QString& argument)
 {
     if (!m_oWorld.set(name, argument)) {
-        rejectArguments();
+        reject(QStringLiteral("No such world, or an argument that it does not take"));
     }
 }
 
@@ -45,7 +44,7 @@ QString Steering::Document() const
 void Steering::SetDocument(const QString& json)
 {
     if (!m_oDevice.m_oNetwork.load(json)) {
-        rejectArguments();
+        reject(QStringLiteral("Not a network configuration"));
     }
 }
 
@@ -54,7 +53,7 @@ void Steering::SetVersion(const QString& text)
     m_oDevice.setVersion(text);
 }
 
-void Steering::rejectArguments()
+void Steering::reject(const QString& strReason)
 {
-    sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Not one of the names or texts that are known"));
+    sendErrorReply(QDBusError::InvalidArgs, strReason);
 }

@@ -15,18 +15,18 @@ class Steering : public QObject, protected QDBusContext
 
 public:
     /** Steers the device oDevice and the world oWorld, which must outlive the object. */
-    Steering(Device& oDevice, World& oWorld, QObject* pParent);
+    Steering(Device& oDevice, World& oWorld);
 
 public slots:
     // The members of the interface, as its description has them. Each replies after its work is done.
 
     /** Returns the names of the worlds. */
     QStringList Worlds();
-    /** Sets up a world; an error reply tells that the name or the argument is not known. */
+    /** Sets up a world; an error reply tells that World::set() refuses the name or the argument. */
     void SetWorld(const QString& name, const QString& argument);
     /** Puts everything back: the service is well, the device as at first, the list of calls empty. */
     void Clear();
-    /** Returns one line for each call received. */
+    /** Returns one line for each call received, of very many the latest. */
     QStringList Calls();
     /** Empties the list of calls. */
     void ClearCalls();
@@ -38,7 +38,7 @@ public slots:
     void SetVersion(const QString& text);
 
 private:
-    void rejectArguments();
+    void reject(const QString& strReason);
 
     Device& m_oDevice;
     World& m_oWorld;

@@ -7,7 +7,15 @@
 
 namespace {
 
-enum eArgument { eArgument_None, eArgument_Text, eArgument_Number, eArgument_MemberAndNumber };
+constexpr int g_nMaxCallCharacters = 8 * 1024 * 1024;
+
+enum eArgument {
+    eArgument_None,
+    eArgument_JSON,
+    eArgument_Text,
+    eArgument_Number,
+    eArgument_MemberAndNumber
+};
 
 struct sFault
 {
@@ -24,7 +32,7 @@ const sFault g_aFaults[] = {
     {"errors", eArgument_Text, -1},
     {"silent", eArgument_Text, -1},
     {"malformed-json", eArgument_Text, -1},
-    {"wrong-types", eArgument_Text, -1},
+    {"wrong-types", eArgument_JSON, -1},
     {"short-records", eArgument_Number, 2},
     {"unknown-interface", eArgument_Text, -1},
     {"vanishes", eArgument_MemberAndNumber, 500},
@@ -50,6 +58,9 @@ bool splitArgument(eArgument eKind, QString& strText, int& nNumber)
 {
     if (eKind == eArgument_None) {
         return strText.isEmpty();
+    }
+    if (eKind == eArgument_JSON) {
+        return strText.isEmpty() || strText == QLatin1String("json");
     }
     if (eKind == eArgument_Text) {
         return true;
@@ -103,6 +114,17 @@ bool World::strikes(eFault eWanted, const QString& strMember) const
 
 void World::noteCall(const QDBusMessage& oCall)
 {
-    m_oCalls << lineOf(oCall);
-    std::cout << m_oCalls.constLast().toStdString() << std::endl;
+    const QString strLine = lineOf(oCall);
+    std::cout << strLine.toStdString() << std::endl;
+    m_oCalls << strLine;
+    m_nCallCharacters += strLine.size();
+    while (m_nCallCharacters > g_nMaxCallCharacters) {
+        m_nCallCharacters -= m_oCalls.takeFirst().size();
+    }
+}
+
+void World::clearCalls()
+{
+    m_oCalls.clear();
+    m_nCallCharacters = 0;
 }

@@ -35,7 +35,9 @@ public:
     /**
      * Sets up a world; the fault before is over.
      *
-     * Returns false and changes nothing when the name or the argument is not one that the world knows.
+     * Returns false and changes nothing when there is no world of that name, or the argument is not of the
+     * kind that it takes: nothing, a number, "json". Members and network interfaces are not looked up: one
+     * that does not exist strikes nothing.
      */
     bool set(const QString& strName, const QString& strArgument);
 
@@ -52,14 +54,18 @@ public:
     /** Tells whether the present fault is the one given and concerns the member given. */
     bool strikes(eFault eWanted, const QString& strMember) const;
 
-    /** Appends a call to the list and writes it as one line to standard output. */
+    /**
+     * Appends a call to the list and writes it as one line to standard output.
+     *
+     * The list holds 8 million characters (16 MB): the oldest lines give way.
+     */
     void noteCall(const QDBusMessage& oCall);
 
-    /** Returns one line for each call received, the earliest first: path, member, arguments as JSON. */
+    /** Returns one line for each call kept, the earliest first: path, member, arguments as JSON. */
     QStringList calls() const { return m_oCalls; }
 
     /** Empties the list of calls. */
-    void clearCalls() { m_oCalls.clear(); }
+    void clearCalls();
 
     /** Has the service die and come back; to be called while a call is handled that must not be replied to.
      */
@@ -77,4 +83,5 @@ private:
     QString m_strArgument;
     int m_nNumber = -1;
     QStringList m_oCalls;
+    int m_nCallCharacters = 0;
 };

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QElapsedTimer>
+#include <QProcess>
 
 #include <algorithm>
 #include <functional>
@@ -13,7 +14,8 @@
 namespace {
 
 constexpr int g_nRounds = 3000;
-constexpr int g_nFailingRounds = 200;
+constexpr int g_nPrograms = 50;
+const char* const g_pFirstInit = "--first-init";
 constexpr double g_dMaxRatio = 1.15;
 constexpr double g_dMaxFailingMs = 5;
 
@@ -38,20 +40,33 @@ double median(std::vector<double> oTimes)
     return oTimes[oTimes.size() / 2];
 }
 
-/** Measures Init() without any bus; all its log lines go to nowhere, as a full log must not be what is
- * measured. */
+/** Writes how long the first Init() of this program takes; its log lines go to nowhere, as a full log must
+ * not be what is measured. */
+int timeFirstInit()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    std::cout << milliseconds([] { OVIKPlatform::getInstance()->Init(); }) << std::endl;
+    return 0;
+}
+
+/** Measures the first Init() of fresh programs without any bus: the one that people wait for. */
 bool measureFailingInit()
 {
-    const QtMessageHandler fnHandler =
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     std::vector<double> oTimes;
-    oTimes.reserve(g_nFailingRounds);
-    for (int i = 0; i < g_nFailingRounds; ++i)
-        oTimes.push_back(milliseconds([] { OVIKPlatform::getInstance()->Init(); }));
-    qInstallMessageHandler(fnHandler);
+    for (int i = 0; i < g_nPrograms; ++i) {
+        QProcess oProgram;
+        oProgram.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(g_pFirstInit)});
+        oProgram.waitForFinished();
+        bool bMeasured = false;
+        oTimes.push_back(oProgram.readAllStandardOutput().trimmed().toDouble(&bMeasured));
+        if (!bMeasured) {
+            std::cerr << "a program ended without telling its time" << std::endl;
+            return false;
+        }
+    }
     const double dWorst = *std::max_element(oTimes.begin(), oTimes.end());
-    std::cout << "Init() without a bus: first " << oTimes.front() << " ms, median " << median(oTimes)
-              << " ms, longest " << dWorst << " ms" << std::endl;
+    std::cout << "first Init() without a bus: median " << median(oTimes) << " ms, longest " << dWorst << " ms"
+              << std::endl;
     return median(oTimes) < g_dMaxFailingMs;
 }
 
@@ -86,11 +101,16 @@ int main(int argc, char* argv[])
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     const QCoreApplication oApplication(argc, argv);
+    if (QCoreApplication::arguments().contains(QLatin1String(g_pFirstInit))) {
+        return timeFirstInit();
+    }
 
     const bool bQuickFailure = measureFailingInit();
     SimulatorProcess oSimulator;
-    if (!oBus.start() || !oSimulator.start(oBus) || !oSimulator.setDocument(QString::fromLatin1(g_pDocument)))
+    if (!oBus.start() || !oSimulator.start(oBus) ||
+        !oSimulator.setDocument(QString::fromLatin1(g_pDocument))) {
         return 1;
+    }
     const bool bQuickUpdate = measureUpdate();
     return bQuickFailure && bQuickUpdate ? 0 : 1;
 }

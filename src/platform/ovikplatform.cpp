@@ -339,8 +339,9 @@ bool OVIKPlatform::SetNetworkSettings()
         oInterface.gateway_ip = QHostAddress(gateWay).toString();
     }
     m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON());
-    // What the service refuses goes unnoticed, however fast it replies: an error at once is a lost
-    // connection.
+    // Only a lost connection is an error at once. The reply itself tells less: Qt sends in a thread of its
+    // own, so it has no error yet even then, and what the service refuses must go unnoticed however fast it
+    // replies.
     if (!m_ovikConnection->isConnected()) {
         return false;
     }

@@ -32,8 +32,8 @@ public:
      * process ends. */
     static OVIKPlatform* getInstance();
 
-    /** Lets getInstance() create a new instance. Connection and proxies stay as they are: they last as the
-     * process. */
+    /** Lets getInstance() create a new instance. The connection and the four object proxies stay: they last
+     * as long as the process. */
     ~OVIKPlatform() override;
 
     /**
@@ -101,8 +101,9 @@ public:
      *
      * With DHCP on the addresses stay as the service has them. The service's answers to the writing are not
      * awaited: true means that the settings were sent. Returns false, and sends nothing, without a connection
-     * or when the service does not tell the interface's present settings (an error reply, or a text that is
-     * no description of an interface).
+     * or when the service does not tell the interface's present settings: an error reply, or a text that is
+     * no description of an interface. A description without a name counts as none, as it may stem from a text
+     * that was cut off, and defaults must never overwrite a device's settings.
      */
     bool SetNetworkSettings();
 

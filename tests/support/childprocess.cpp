@@ -36,6 +36,13 @@ QString ChildProcess::nextLine()
     return QString::fromUtf8(readLine()).chopped(1);
 }
 
+bool ChildProcess::endsWell()
+{
+    closeWriteChannel();
+    waitForFinished();
+    return state() == NotRunning && exitStatus() == NormalExit && exitCode() == 0;
+}
+
 void ChildProcess::setupChildProcess()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);

@@ -12,12 +12,14 @@ public:
     /** Kills the program. */
     ~ChildProcess() override;
 
-    /** Starts the program and waits until it writes a line; returns the line, a null text when it does not.
-     */
+    /** Starts a program and returns its first line; a null text as nextLine(), or when it does not start. */
     QString startAndReadLine(const QString& strProgram, const QStringList& oArguments);
 
-    /** Returns the next line without its line feed; a null text when none came within a minute. */
+    /** Returns the next line without its line feed; a null text when the program ended or a minute passed. */
     QString nextLine();
+
+    /** Closes its input, waits up to 30 s; true when it ended by itself with exit code 0, without a leak. */
+    bool endsWell();
 
 protected:
     void setupChildProcess() override;

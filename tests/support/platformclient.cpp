@@ -9,21 +9,17 @@ PlatformClient::PlatformClient(const PrivateBus& oSystemBus, const PrivateBus& o
     QProcessEnvironment oEnvironment = QProcessEnvironment::systemEnvironment();
     oEnvironment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), oSystemBus.address());
     oEnvironment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), oSessionBus.address());
-    m_oProcess.setProcessEnvironment(oEnvironment);
-    m_oProcess.start(QStringLiteral(PLATFORM_CLIENT), QStringList());
-    m_oProcess.waitForStarted();
+    setProcessEnvironment(oEnvironment);
+    start(QStringLiteral(PLATFORM_CLIENT), QStringList());
+    waitForStarted();
 }
 
-void PlatformClient::begin(const QString& strAction)
+QString PlatformClient::act(const QString& strAction)
 {
-    m_oProcess.write(strAction.toUtf8() + '\n');
-    m_oProcess.waitForBytesWritten();
-}
-
-QString PlatformClient::result()
-{
+    write(strAction.toUtf8() + '\n');
+    waitForBytesWritten();
     for (;;) {
-        const QString strLine = m_oProcess.nextLine();
+        const QString strLine = nextLine();
         if (strLine.isNull()) {
             return QStringLiteral("gone");
         }
@@ -34,20 +30,7 @@ QString PlatformClient::result()
     }
 }
 
-QString PlatformClient::act(const QString& strAction)
-{
-    begin(strAction);
-    return result();
-}
-
 QStringList PlatformClient::takeLog()
 {
     return std::exchange(m_oLog, {});
-}
-
-bool PlatformClient::finish()
-{
-    m_oProcess.closeWriteChannel();
-    m_oProcess.waitForFinished();
-    return m_oProcess.exitStatus() == QProcess::NormalExit && m_oProcess.exitCode() == 0;
 }

@@ -4,28 +4,18 @@
 #include "support/privatebus.h"
 
 /** The product's platform client in a program of its own, so that each test has a fresh one: does actions. */
-class PlatformClient
+class PlatformClient : public ChildProcess
 {
 public:
     /** Starts the program; it looks for the system bus and the session bus at the addresses of the two. */
     PlatformClient(const PrivateBus& oSystemBus, const PrivateBus& oSessionBus);
 
-    /** Begins an action: the name of an operation and its argument; result() waits for its end. */
-    void begin(const QString& strAction);
-
-    /** Returns the result of the action begun; "gone" when the program has ended instead. */
-    QString result();
-
-    /** Does an action and returns its result. */
+    /** Does an action (an operation and its argument); returns the result, "gone" if the program ended. */
     QString act(const QString& strAction);
 
     /** Returns the lines logged since the last time. */
     QStringList takeLog();
 
-    /** Ends the program; returns true when it ended in good order, without a leak. */
-    bool finish();
-
 private:
-    ChildProcess m_oProcess;
     QStringList m_oLog;
 };

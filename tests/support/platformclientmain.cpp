@@ -4,97 +4,70 @@
 #include <QCoreApplication>
 #include <QMap>
 #include <QThread>
+#include <QVariant>
 
 #include <functional>
 #include <iostream>
 
 namespace {
 
-using fnAction = std::function<QString(const QByteArray&)>;
-
-bool g_bHold = false;
-
-QString textOf(bool bResult)
+// The text behind the name of an action, as what its operation takes.
+struct sArgument
 {
-    return bResult ? QStringLiteral("true") : QStringLiteral("false");
+    QByteArray m_oText;
+
+    operator bool() const { return m_oText == "true"; }
+    operator quint32() const { return m_oText.toUInt(nullptr, 16); }
+    operator const char*() const { return m_oText == "null" ? nullptr : m_oText.constData(); }
+};
+
+using fnAction = std::function<QVariant(const sArgument&)>;
+
+QString textOf(const QVariant& oResult)
+{
+    return oResult.userType() == QMetaType::UInt ? QString::number(oResult.toUInt(), 16) : oResult.toString();
 }
 
-QString textOf(quint32 nResult)
+// Makes an action of an operation with at most one argument.
+template<typename Operation>
+fnAction action(Operation fnOperation)
 {
-    return QString::number(nResult, 16);
-}
-
-QString textOf(const QString& strResult)
-{
-    return strResult;
-}
-
-QString textOf(const QHostAddress& oResult)
-{
-    return oResult.toString();
-}
-
-void read(const QByteArray& oText, bool& bArgument)
-{
-    bArgument = oText == "true";
-}
-
-void read(const QByteArray& oText, quint32& nArgument)
-{
-    nArgument = oText.toUInt(nullptr, 16);
-}
-
-void read(const QByteArray& oText, const char*& pArgument)
-{
-    pArgument = oText == "null" ? nullptr : oText.constData();
-}
-
-/** Makes an action of an operation with at most one argument. */
-template<typename Result, typename... Argument>
-fnAction action(Result (OVIKPlatform::*fnOperation)(Argument...))
-{
-    return [=](const QByteArray& oText) {
-        std::tuple<Argument...> oArguments;
-        std::apply([&](auto&... oArgument) { (read(oText, oArgument), ...); }, oArguments);
-        const auto call = [=](auto... oArgument) {
-            return (OVIKPlatform::getInstance()->*fnOperation)(oArgument...);
-        };
-        if constexpr (std::is_void_v<Result>) {
-            std::apply(call, oArguments);
-            return QString();
+    return [=](const sArgument& oArgument) -> QVariant {
+        OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
+        if constexpr (std::is_invocable_v<Operation, OVIKPlatform*>) {
+            return std::invoke(fnOperation, pPlatform);
         } else {
-            return QString(textOf(std::apply(call, oArguments)));
+            return std::invoke(fnOperation, pPlatform, oArgument);
         }
     };
 }
 
-template<typename Result>
-fnAction action(Result (OVIKPlatform::*fnOperation)() const)
-{
-    return [=](const QByteArray&) { return QString(textOf((OVIKPlatform::getInstance()->*fnOperation)())); };
-}
-
-QString macAddress(const QByteArray& /*oText*/)
+QVariant macAddress(const sArgument& /*oArgument*/)
 {
     QByteArray oBytes(6, '\0');
     OVIKPlatform::getInstance()->GetMacAddress(reinterpret_cast<unsigned char*>(oBytes.data()));
-    return QString::fromLatin1(oBytes.toHex(':'));
+    return oBytes.toHex(':');
 }
 
-QString deviceName(const QByteArray& oText)
+QVariant bestAddress(const sArgument& /*oArgument*/)
 {
-    OVIKPlatform::getInstance()->SetDeviceNameAsString(oText);
-    return OVIKPlatform::getInstance()->GetDeviceNameAsString();
+    return OVIKPlatform::getInstance()->GetBestInterfaceIP().toString();
 }
 
-QString holdBeforeWriting(const QByteArray& /*oText*/)
+QVariant restartNTPD(const sArgument& oArgument)
 {
-    g_bHold = true;
+    OVIKPlatform::getInstance()->restartNTPDService(oArgument);
     return {};
 }
 
-/** Tells that settings are about to be written, waits to be told to go on, and lets the client see what
- * happened. */
+QVariant reboot(const sArgument& /*oArgument*/)
+{
+    OVIKPlatform::getInstance()->Reboot();
+    return {};
+}
+
+// Tells that settings are about to be written, waits to be told to go on, and lets the client see what
+// happened.
 void hold()
 {
     std::cout << "= held" << std::endl;
@@ -104,8 +77,7 @@ void hold()
 }
 
 const QMap<QByteArray, fnAction> g_oActions = {
-    {"DeviceName", deviceName},
-    {"GetBestInterfaceIP", action(&OVIKPlatform::GetBestInterfaceIP)},
+    {"GetBestInterfaceIP", bestAddress},
     {"GetDHCP", action(&OVIKPlatform::GetDHCP)},
     {"GetGateWay", action(&OVIKPlatform::GetGateWay)},
     {"GetIpAddress", action(&OVIKPlatform::GetIpAddress)},
@@ -113,9 +85,8 @@ const QMap<QByteArray, fnAction> g_oActions = {
     {"GetMacAddress", macAddress},
     {"GetNetmask", action(&OVIKPlatform::GetNetmask)},
     {"GetVersion", action(&OVIKPlatform::GetVersion)},
-    {"HoldBeforeWriting", holdBeforeWriting},
     {"Init", action(&OVIKPlatform::Init)},
-    {"Reboot", action(&OVIKPlatform::Reboot)},
+    {"Reboot", reboot},
     {"SetDHCP", action(&OVIKPlatform::SetDHCP)},
     {"SetGateWay", action(&OVIKPlatform::SetGateWay)},
     {"SetInterfaceName", action(&OVIKPlatform::SetInterfaceName)},
@@ -124,7 +95,7 @@ const QMap<QByteArray, fnAction> g_oActions = {
     {"SetNetworkSettings", action(&OVIKPlatform::SetNetworkSettings)},
     {"UpdateNetworkSettings", action(&OVIKPlatform::UpdateNetworkSettings)},
     {"isNTPDEnabled", action(&OVIKPlatform::isNTPDEnabled)},
-    {"restartNTPDService", action(&OVIKPlatform::restartNTPDService)},
+    {"restartNTPDService", restartNTPD},
 };
 
 } // namespace
@@ -139,21 +110,21 @@ wrapToJSON(const Interface* pInterface) __asm__("__wrap__ZNK4OVIK20NetworkConfig
 
 QString wrapToJSON(const Interface* pInterface)
 {
-    if (g_bHold) {
+    if (pInterface->label == QLatin1String("hold")) {
         hold();
     }
     return realToJSON(pInterface);
 }
 
-/** Does the actions that it reads, one a line, and writes each result as a line that begins with "= ". */
+// Does the actions that it reads, one a line, and writes each result as a line that begins with "= ".
 int main(int argc, char* argv[])
 {
     QCoreApplication oApplication(argc, argv);
     for (std::string strLine; std::getline(std::cin, strLine);) {
         const QByteArray oLine = QByteArray::fromStdString(strLine);
         const int nName = oLine.indexOf(' ') < 0 ? oLine.size() : oLine.indexOf(' ');
-        const QString strResult = g_oActions.value(oLine.left(nName))(oLine.mid(nName + 1));
-        std::cout << "= " << strResult.toStdString() << std::endl;
+        const QVariant oResult = g_oActions.value(oLine.left(nName))({oLine.mid(nName + 1)});
+        std::cout << "= " << textOf(oResult).toStdString() << std::endl;
     }
     return 0;
 }

@@ -8,8 +8,7 @@
 class PrivateBus
 {
 public:
-    /** Prepares a bus that answers a call itself when its receiver has not within nReplyTimeoutMs
-     * milliseconds. */
+    /** Prepares a bus that itself answers calls that nobody has answered for nReplyTimeoutMs milliseconds. */
     explicit PrivateBus(int nReplyTimeoutMs = 3000);
 
     /** Starts the bus; returns false when it does not come up. */
