@@ -25,9 +25,7 @@ class ElementsTest : public QObject
 
 private slots:
     void comparesByKindAndValue();
-    void comparisonConvertsNothing();
     void castsAndConverts();
-    void copiesAreIndependent();
     void movedFromHoldsNull();
     void assignsItselfAndDescendants();
     void objectKeepsNamesUnique();
@@ -41,6 +39,10 @@ void ElementsTest::comparesByKindAndValue()
     QVERIFY(UnknownElement() == Null());
     QVERIFY(Null() == UnknownElement());
     QVERIFY(!(UnknownElement(Number(1)) == UnknownElement(Boolean(true))));
+    // Neither way round may a comparison go through the conversions, which discard.
+    UnknownElement oElement(Number(1));
+    QVERIFY(!(Null() == oElement) && !(String() == oElement) && !(oElement == Object()));
+    QVERIFY(Number(1) == oElement);
     QVERIFY(UnknownElement(String("a")) == String("a"));
     QVERIFY(!(UnknownElement(String("a")) == String("b")));
 
@@ -55,27 +57,12 @@ void ElementsTest::comparesByKindAndValue()
     }
 }
 
-// A comparison the other way round must not go through the conversions, which discard.
-void ElementsTest::comparisonConvertsNothing()
-{
-    UnknownElement oElement(Number(1));
-    QVERIFY(!(Null() == oElement));
-    QVERIFY(!(String() == oElement));
-    QVERIFY(!(oElement == Object()));
-    QVERIFY(Number(1) == oElement);
-}
-
 void ElementsTest::castsAndConverts()
 {
     UnknownElement oElement(Number(3));
     const UnknownElement& oConstant = oElement;
     QCOMPARE(oConstant.CastTo<Number>().Value(), 3.0);
     QCOMPARE(messageOf([&] { oConstant.CastTo<String>(); }), std::string("Bad cast"));
-    QCOMPARE(messageOf([&] {
-                 const Object& oObject = oConstant;
-                 (void)oObject;
-             }),
-             std::string("Bad cast"));
 
     QCOMPARE(&oElement.ConvertTo<Number>(), &oConstant.CastTo<Number>());
     oElement.ConvertTo<Number>().Value() = 4;
@@ -87,15 +74,6 @@ void ElementsTest::castsAndConverts()
     const bool bValue = oElement.ConvertTo<Boolean>();
     QVERIFY(!bValue);
     QVERIFY(oElement.ConvertTo<Null>() == Null());
-}
-
-void ElementsTest::copiesAreIndependent()
-{
-    Object oOriginal = readText(R"({"a":{"b":[1,"x"]}})");
-    const Object oCopy(oOriginal);
-    oOriginal["a"].ConvertTo<Object>()["b"].ConvertTo<Array>()[1] = Null();
-    QCOMPARE(writeText(oCopy), std::string(R"({"a" : {"b" : [1,"x"]}})"));
-    QCOMPARE(writeText(oOriginal), std::string(R"({"a" : {"b" : [1,null]}})"));
 }
 
 void ElementsTest::movedFromHoldsNull()
@@ -115,10 +93,13 @@ void ElementsTest::assignsItselfAndDescendants()
     const Object& oSame = oObject;
     oObject = oSame;
     QCOMPARE(writeText(oObject), std::string(R"({"a" : {"b" : {"c" : 1}}})"));
+    const Object oCopy(oObject);
     oObject = oObject["a"].ConvertTo<Object>();
     QCOMPARE(writeText(oObject), std::string(R"({"b" : {"c" : 1}})"));
     oObject = std::move(oObject["b"].ConvertTo<Object>());
-    QCOMPARE(writeText(oObject), std::string(R"({"c" : 1})"));
+    oObject["c"].ConvertTo<Number>().Value() = 2;
+    QCOMPARE(writeText(oObject), std::string(R"({"c" : 2})"));
+    QCOMPARE(writeText(oCopy), std::string(R"({"a" : {"b" : {"c" : 1}}})"));
 
     Array oArray;
     oArray[0] = Array();
@@ -128,7 +109,8 @@ void ElementsTest::assignsItselfAndDescendants()
     oArray.Insert(oArray[0]);
     oArray[1] = oArray;
     QCOMPARE(oArray.Size(), std::size_t(2));
-    oArray = oArray[1].ConvertTo<Array>()[0].ConvertTo<Array>();
+    oArray = std::move(oArray[1].ConvertTo<Array>());
+    oArray = oArray[0].ConvertTo<Array>();
     QVERIFY(oArray.Size() == 1 && oArray[0] == String("x"));
 
     UnknownElement oElement(readText(R"({"a":["x"]})"));
