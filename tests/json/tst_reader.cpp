@@ -11,10 +11,7 @@ namespace {
 
 QString place(const Reader::Location& location)
 {
-    return QStringLiteral("%1:%2@%3")
-        .arg(location.m_nLine)
-        .arg(location.m_nLineOffset)
-        .arg(location.m_nDocOffset);
+    return QString::asprintf("%u:%u@%u", location.m_nLine, location.m_nLineOffset, location.m_nDocOffset);
 }
 
 // Returns what reading ends in: "document", or the kind of exception, its message and its places.
