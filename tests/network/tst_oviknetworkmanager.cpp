@@ -201,16 +201,16 @@ void NetworkManagerTest::copiesAreDeep()
 {
     NetworkConfiguration original;
     QVERIFY(original.fromJSON(fullDocument()));
-    NetworkConfiguration copy(original);
-    QVERIFY(copy == original);
-    copy.interfaces.value("eth0")->label = "changed";
-    QVERIFY(!(copy == original));
-    copy = NetworkConfiguration();
+    NetworkConfiguration changed(original);
+    QVERIFY(changed == original);
+    changed.interfaces.value("eth0")->label = "changed";
+    QVERIFY(!(changed == original));
+    changed = original;
+    changed.hostname.clear();
+    QVERIFY(!(changed == original));
+    NetworkConfiguration copy;
     copy = original;
     QVERIFY(copy == original);
-    copy.hostname.clear();
-    QVERIFY(!(copy == original));
-    copy = original;
     copy.bridge.list.value("br0")->stp = false;
     QVERIFY(!(copy == original));
     const NetworkConfiguration& same = copy;
