@@ -15,11 +15,9 @@ namespace {
 
 QStringList warnings;
 
-void keepWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+void keepWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& text)
 {
-    if (type == QtWarningMsg) {
-        warnings.append(text);
-    }
+    warnings.append(text);
 }
 
 template<class Record>
