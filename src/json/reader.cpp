@@ -4,6 +4,7 @@
 #include <bitset>
 #include <charconv>
 #include <iterator>
+#include <list>
 #include <locale>
 #include <set>
 #include <sstream>
@@ -554,13 +555,15 @@ void Reader::Parse(Object& object, TokenStream& tokenStream)
     while (bMore) {
         const Location locBegin = tokenStream.Peek().locBegin;
         const Location locEnd = tokenStream.Peek().locEnd;
-        std::string sName = std::move(MatchExpectedToken(Token::TOKEN_STRING, tokenStream));
+        // Joins the object when it is complete, without being moved.
+        std::list<Object::Member> oNew;
+        Object::Member& member = oNew.emplace_back(
+            std::move(MatchExpectedToken(Token::TOKEN_STRING, tokenStream)), UnknownElement(nullptr));
         MatchExpectedToken(Token::TOKEN_MEMBER_ASSIGN, tokenStream);
-        UnknownElement oElement(nullptr);
-        Parse(oElement, tokenStream);
-        Object::Member& member = object.m_Members.emplace_back(std::move(sName), std::move(oElement));
+        Parse(member.element, tokenStream);
+        object.m_Members.splice(object.m_Members.end(), oNew);
         if (!oNames.AddLast(member.name)) {
-            sName = std::move(member.name);
+            const std::string sName = std::move(member.name);
             object.m_Members.pop_back();
             throw ParseException("Duplicate object member token: " + sName, locBegin, locEnd);
         }
