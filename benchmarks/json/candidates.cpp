@@ -1,6 +1,7 @@
 #include "candidates.h"
 
 #include "json/reader.h"
+#include "json/textbuffer.h"
 #include "json/writer.h"
 
 #include <QJsonDocument>
@@ -35,17 +36,6 @@ public:
     }
 };
 
-/** Lets a stream read a text where it is, as the other libraries do. */
-class TextBuffer : public std::streambuf
-{
-public:
-    explicit TextBuffer(const std::string& sText)
-    {
-        char* pText = const_cast<char*>(sText.data());
-        setg(pText, pText, pText + sText.size());
-    }
-};
-
 struct OwnLibrary
 {
     static constexpr const char* szName = "own";
@@ -53,7 +43,7 @@ struct OwnLibrary
 
     static void Read(const std::string& sText, Root& oRoot)
     {
-        TextBuffer oBuffer(sText);
+        json::TextBuffer oBuffer(sText);
         std::istream oStream(&oBuffer);
         json::Reader::Read(oRoot, oStream);
     }

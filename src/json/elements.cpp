@@ -431,6 +431,13 @@ bool UnknownElement::operator==(const ElementType& element) const
     return pElement && *pElement == element;
 }
 
+template const Object* UnknownElement::CastOrNull<Object>() const;
+template const Array* UnknownElement::CastOrNull<Array>() const;
+template const Number* UnknownElement::CastOrNull<Number>() const;
+template const String* UnknownElement::CastOrNull<String>() const;
+template const Boolean* UnknownElement::CastOrNull<Boolean>() const;
+template const Null* UnknownElement::CastOrNull<Null>() const;
+
 template const Object& UnknownElement::CastTo<Object>() const;
 template const Array& UnknownElement::CastTo<Array>() const;
 template const Number& UnknownElement::CastTo<Number>() const;
@@ -560,7 +567,7 @@ Array::iterator Array::Insert(UnknownElement element)
     return Insert(std::move(element), End());
 }
 
-Array::iterator Array::Insert(UnknownElement element, const iterator& where)
+Array::iterator Array::Insert(UnknownElement element, iterator where)
 {
     return m_Elements.insert(where, std::move(element));
 }

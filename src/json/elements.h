@@ -112,10 +112,14 @@ public:
     /** Takes over the string's bytes. */
     UnknownElement(String&& string);
 
+    /** Does not exist: a pointer would become a boolean. */
+    UnknownElement(const char* szString) = delete;
+
     /** Copies the whole subtree. */
     UnknownElement(const UnknownElement& other);
     /** Takes over the subtree; the other holds a null afterwards. */
     UnknownElement(UnknownElement&& other) noexcept;
+    /** Destroys the whole subtree. */
     ~UnknownElement();
 
     /** Replaces the subtree by a copy of the other's; the other may be this element or one of its
@@ -127,6 +131,10 @@ public:
     /** Returns the held element; throws Exception "Bad cast" when it is of another kind. */
     template<class ElementType>
     const ElementType& CastTo() const;
+
+    /** Returns the held element; a null pointer when it is of another kind. */
+    template<class ElementType>
+    const ElementType* CastOrNull() const;
 
     /**
      * Returns the held element, to be changed in place. An element of another kind is discarded first and
@@ -177,12 +185,10 @@ private:
     template<class ElementType>
     class ConstCastVisitor_T;
 
-    // Takes over the element; none stands for a null that was not made yet, as after a move.
-    explicit UnknownElement(Imp* pImp) noexcept : m_pImp(pImp) {}
+    // Holds a null that is not made yet, as after a move.
+    explicit UnknownElement(std::nullptr_t) noexcept : m_pImp(nullptr) {}
 
     const Imp& Held() const;
-    template<class ElementType>
-    const ElementType* CastOrNull() const;
 
     Imp* m_pImp;
 };
@@ -208,6 +214,7 @@ public:
     Array(const Array& other);
     /** Takes over all elements; the other array is empty afterwards. */
     Array(Array&& other) = default;
+    /** Destroys all elements with their subtrees. */
     ~Array();
 
     /** Replaces the elements by copies; the other may be this array or one of its descendants. */
@@ -215,6 +222,7 @@ public:
     /** Takes over the elements of the other, which may be this array or one of its descendants. */
     Array& operator=(Array&& other) noexcept;
 
+    /** Return iterators to the first element and behind the last one. */
     iterator Begin() { return m_Elements.begin(); }
     iterator End() { return m_Elements.end(); }
     const_iterator Begin() const { return m_Elements.begin(); }
@@ -228,7 +236,7 @@ public:
     /** Inserts the element at the end; returns an iterator to it. Invalidates other iterators. */
     iterator Insert(UnknownElement element);
     /** Inserts the element before where; returns an iterator to it. Invalidates other iterators. */
-    iterator Insert(UnknownElement element, const iterator& where);
+    iterator Insert(UnknownElement element, iterator where);
 
     /** Returns the element at nIndex, counted from 0. Grows the array with nulls when it is shorter. */
     UnknownElement& operator[](std::size_t nIndex);
@@ -281,6 +289,7 @@ public:
     Object(const Object& other);
     /** Takes over all members; the other object is empty afterwards. */
     Object(Object&& other) noexcept = default;
+    /** Destroys all members with their subtrees. */
     ~Object();
 
     /** Replaces the members by copies; the other may be this object or one of its descendants. */
@@ -288,6 +297,7 @@ public:
     /** Takes over the members of the other, which may be this object or one of its descendants. */
     Object& operator=(Object&& other) noexcept;
 
+    /** Return iterators to the first member and behind the last one. */
     iterator Begin() { return m_Members.begin(); }
     iterator End() { return m_Members.end(); }
     const_iterator Begin() const { return m_Members.begin(); }
@@ -331,8 +341,10 @@ private:
 class ConstVisitor
 {
 public:
+    /** Lets visitors be destroyed through this class. */
     virtual ~ConstVisitor() = default;
 
+    /** Each is called with an element of its kind, which stays owned by the caller. */
     virtual void Visit(const Array& array) = 0;
     virtual void Visit(const Object& object) = 0;
     virtual void Visit(const Number& number) = 0;
@@ -345,8 +357,10 @@ public:
 class Visitor
 {
 public:
+    /** Lets visitors be destroyed through this class. */
     virtual ~Visitor() = default;
 
+    /** Each is called with an element of its kind, which stays owned by the caller. */
     virtual void Visit(Array& array) = 0;
     virtual void Visit(Object& object) = 0;
     virtual void Visit(Number& number) = 0;

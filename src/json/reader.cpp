@@ -4,6 +4,7 @@
 #include <bitset>
 #include <charconv>
 #include <iterator>
+#include <list>
 #include <locale>
 #include <set>
 #include <sstream>
@@ -14,6 +15,7 @@ namespace json {
 namespace {
 
 constexpr unsigned int nMaxDepth = 1024;
+constexpr unsigned int nMaxArrays = 65536;
 constexpr std::streamsize nInputChunk = 4096;
 // How far the scanner runs ahead of the parser.
 constexpr std::size_t nTokenBatch = 16;
@@ -195,6 +197,7 @@ private:
     }
 
     void Fill();
+    std::streamsize FillChunk();
     void GetMore(const ByteSet& oBytes, std::string& sTaken);
 
     std::istream& m_iStr;
@@ -213,14 +216,26 @@ void Reader::InputStream::Fill()
     m_Location = GetLocation();
     char* pEnd = m_Chunk.data();
     if (m_iStr.good()) {
-        pEnd += m_iStr.rdbuf()->sgetn(m_Chunk.data(), nInputChunk);
-        if (pEnd != m_Chunk.data() + nInputChunk) {
-            m_iStr.setstate(std::ios_base::eofbit);
-        }
+        pEnd += FillChunk();
     }
     *pEnd = '"';
     m_pLocated = m_pNext = m_Chunk.data();
     m_pEnd = pEnd;
+}
+
+// What the stream's buffer throws becomes a state of the stream, as in the stream's own functions.
+std::streamsize Reader::InputStream::FillChunk()
+{
+    std::streamsize nRead = 0;
+    auto nState = std::ios_base::badbit;
+    try {
+        nRead = m_iStr.rdbuf()->sgetn(m_Chunk.data(), nInputChunk);
+        nState = nRead == nInputChunk ? std::ios_base::goodbit : std::ios_base::eofbit;
+    } catch (...) {
+        nRead = 0;
+    }
+    m_iStr.setstate(nState);
+    return nRead;
 }
 
 void Reader::InputStream::GetMore(const ByteSet& oBytes, std::string& sTaken)
@@ -353,30 +368,6 @@ private:
     std::bitset<nMarks> m_Marks;
     std::set<std::string_view> m_Names;
 };
-
-/** What a string stream makes of numbers that do not fit: the largest double or one close to 0. */
-double ReadExtremeNumber(const std::string& sText)
-{
-    std::istringstream oStream(sText);
-    oStream.imbue(std::locale::classic());
-    double dValue = 0;
-    oStream >> dValue;
-    return dValue;
-}
-
-/**
- * What a string stream has next after it has read what it can of a malformed number. A stream that failed has
- * nothing, which shows as the byte 0xFF; so it does after an exponent without digits, which it swallows
- * before it fails.
- */
-char NextInNumber(const std::string& sNumber, const char* pStopped)
-{
-    const std::string_view sRead(sNumber.data(), std::size_t(pStopped - sNumber.data()));
-    const bool bExponent =
-        (*pStopped == 'e' || *pStopped == 'E') && sRead.find_first_of("eE") == std::string_view::npos;
-    const bool bFailed = sRead.empty() || bExponent;
-    return bFailed ? std::char_traits<char>::to_char_type(std::char_traits<char>::eof()) : *pStopped;
-}
 
 } // namespace
 
@@ -564,10 +555,13 @@ void Reader::Parse(Object& object, TokenStream& tokenStream)
     while (bMore) {
         const Location locBegin = tokenStream.Peek().locBegin;
         const Location locEnd = tokenStream.Peek().locEnd;
-        Object::Member& member = object.m_Members.emplace_back(
+        // Joins the object when it is complete, without being moved.
+        std::list<Object::Member> oNew;
+        Object::Member& member = oNew.emplace_back(
             std::move(MatchExpectedToken(Token::TOKEN_STRING, tokenStream)), UnknownElement(nullptr));
         MatchExpectedToken(Token::TOKEN_MEMBER_ASSIGN, tokenStream);
         Parse(member.element, tokenStream);
+        object.m_Members.splice(object.m_Members.end(), oNew);
         if (!oNames.AddLast(member.name)) {
             const std::string sName = std::move(member.name);
             object.m_Members.pop_back();
@@ -582,6 +576,7 @@ void Reader::Parse(Object& object, TokenStream& tokenStream)
 void Reader::Parse(Array& array, TokenStream& tokenStream)
 {
     ++m_nDepth;
+    CountArray(tokenStream);
     MatchExpectedToken(Token::TOKEN_ARRAY_BEGIN, tokenStream);
     bool bMore = tokenStream.Peek().nType != Token::TOKEN_ARRAY_END;
     while (bMore) {
@@ -590,6 +585,16 @@ void Reader::Parse(Array& array, TokenStream& tokenStream)
     }
     MatchExpectedToken(Token::TOKEN_ARRAY_END, tokenStream);
     --m_nDepth;
+}
+
+// A deque takes about 600 bytes even when it is empty, which makes arrays the one costly thing in a text.
+void Reader::CountArray(TokenStream& tokenStream)
+{
+    if (m_nArrays == nMaxArrays) {
+        const Token& token = tokenStream.Peek();
+        throw ParseException("More than 65536 arrays", token.locBegin, token.locEnd);
+    }
+    ++m_nArrays;
 }
 
 void Reader::Parse(String& string, TokenStream& tokenStream)
@@ -603,13 +608,19 @@ void Reader::Parse(Number& number, TokenStream& tokenStream)
     const std::string& sNumber = MatchExpectedToken(Token::TOKEN_NUMBER, tokenStream);
     const char* pEnd = sNumber.data() + sNumber.size();
     const auto oResult = std::from_chars(sNumber.data(), pEnd, number.Value());
-    if (oResult.ec == std::errc::invalid_argument || oResult.ptr != pEnd) {
-        throw ParseException(std::string("Unexpected character in NUMBER token: ") +
-                                 NextInNumber(sNumber, oResult.ptr),
-                             token.locBegin, token.locEnd);
+    const bool bNumber = oResult.ptr == pEnd && oResult.ec != std::errc::invalid_argument;
+    if (bNumber && oResult.ec == std::errc()) {
+        return;
     }
-    if (oResult.ec == std::errc::result_out_of_range) {
-        number.Value() = ReadExtremeNumber(sNumber);
+    // A stream makes the largest double or one close to 0 of what does not fit. When it failed it has nothing
+    // next, which shows as the byte 0xFF.
+    std::istringstream oStream(sNumber);
+    oStream.imbue(std::locale::classic());
+    oStream >> number.Value();
+    if (!bNumber) {
+        const char cNext = std::char_traits<char>::to_char_type(oStream.peek());
+        throw ParseException(std::string("Unexpected character in NUMBER token: ") + cNext, token.locBegin,
+                             token.locEnd);
     }
 }
 

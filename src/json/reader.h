@@ -62,7 +62,8 @@ public:
      * Reads the stream to its end and appends the members of the one object in it to the object.
      *
      * Throws ScanException or ParseException; a scan error anywhere in the text wins over parse errors. The
-     * object may then hold some members and is of no use. Containers may nest 1024 deep. Time and memory grow
+     * object may then hold some more members and is of no use; after a scan error the stream stands somewhere
+     * behind m_locError. Containers may nest 1024 deep and 65,536 of them may be arrays. Time and memory grow
      * with the size of the text only; the locale has no influence. A stream that cannot be read counts as
      * empty.
      */
@@ -92,12 +93,14 @@ private:
     void Parse(Null& null, TokenStream& tokenStream);
     template<class ContainerType>
     void ParseNested(UnknownElement& element, TokenStream& tokenStream);
+    void CountArray(TokenStream& tokenStream);
     static std::string& MatchExpectedToken(int nType, TokenStream& tokenStream);
     [[noreturn]] static void ThrowUnexpected(char c, const InputStream& inputStream);
     [[noreturn]] static void ThrowUnexpected(const Token& token);
     static bool MatchNextElement(TokenStream& tokenStream);
 
     unsigned int m_nDepth = 0;
+    unsigned int m_nArrays = 0;
 };
 
 } // namespace json

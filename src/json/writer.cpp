@@ -189,14 +189,14 @@ void Writer::WriteString(std::string_view sValue)
 void Writer::WriteText(std::string_view sText)
 {
     const auto nSize = std::streamsize(sText.size());
-    if (m_Buffer.sputn(sText.data(), nSize) != nSize) {
+    if (m_ostr.good() && m_Buffer.sputn(sText.data(), nSize) != nSize) {
         m_ostr.setstate(std::ios_base::badbit);
     }
 }
 
 void Writer::WriteByte(char c)
 {
-    if (m_Buffer.sputc(c) == std::char_traits<char>::eof()) {
+    if (m_ostr.good() && m_Buffer.sputc(c) == std::char_traits<char>::eof()) {
         m_ostr.setstate(std::ios_base::badbit);
     }
 }

@@ -1,6 +1,7 @@
 #include "network/oviknetworkmanager.h"
 
 #include "json/reader.h"
+#include "json/textbuffer.h"
 #include "json/writer.h"
 
 #include <QDebug>
@@ -31,7 +32,9 @@ bool readText(const QString& text, const sReadWarnings& warnings, json::Object& 
         return false;
     }
     try {
-        std::istringstream stream(text.toLatin1().toStdString());
+        const QByteArray bytes = text.toLatin1();
+        json::TextBuffer buffer({bytes.constData(), std::size_t(bytes.size())});
+        std::istream stream(&buffer);
         json::Reader::Read(object, stream);
         return true;
     } catch (const json::Reader::ParseException& e) {
@@ -78,10 +81,20 @@ QString toString(const json::UnknownElement& element)
     return QString::fromStdString(element.CastTo<json::String>());
 }
 
-/** Returns a copy of the element as an object, an empty one when it is something else. */
-json::Object toObject(json::UnknownElement element)
+/** Returns the element as an object, an empty one when it is something else. */
+const json::Object& toObject(const json::UnknownElement& element)
 {
-    return std::move(element.ConvertTo<json::Object>());
+    static const json::Object empty;
+    const auto* object = element.CastOrNull<json::Object>();
+    return object ? *object : empty;
+}
+
+/** Returns the string under a key, an empty one when there is none or something else. */
+QString stringOrEmpty(const json::Object& object, const char* key)
+{
+    const auto member = object.Find(key);
+    const auto* string = member != object.End() ? member->element.CastOrNull<json::String>() : nullptr;
+    return string ? QString::fromStdString(string->Value()) : QString();
 }
 
 json::String toJSONString(const QString& string)
@@ -156,8 +169,7 @@ void readEntries(const json::Object& object, const char* key, const char* entryK
     }
     const json::Array& array = member->element;
     for (auto element = array.Begin(); element != array.End(); ++element) {
-        json::Object entry = toObject(*element);
-        field.append(toString(entry[entryKey].ConvertTo<json::String>()));
+        field.append(stringOrEmpty(toObject(*element), entryKey));
     }
 }
 
@@ -175,12 +187,13 @@ void writeWhenSet(json::Object& object, const char* key, int field)
     }
 }
 
-/** Copies owned records; the target must not own any. */
+/** Copies owned records; the target must not own any. When memory runs out it owns what was copied. */
 template<class RecordType>
 void copyRecords(const QMap<QString, RecordType*>& from, QMap<QString, RecordType*>& to)
 {
     for (auto record = from.begin(); record != from.end(); ++record) {
-        to.insert(record.key(), new RecordType(*record.value()));
+        RecordType*& copy = to[record.key()];
+        copy = new RecordType(*record.value());
     }
 }
 
@@ -373,8 +386,11 @@ bool NetworkConfiguration::BridgeService::BridgeInterface::operator==(const Brid
 }
 
 NetworkConfiguration::BridgeService::BridgeService(const BridgeService& other)
-    : enabled(other.enabled), interfaces(other.interfaces)
+    // Once this is done the destructor runs, should the copying below fail.
+    : BridgeService()
 {
+    enabled = other.enabled;
+    interfaces = other.interfaces;
     copyRecords(other.list, list);
 }
 
@@ -440,8 +456,13 @@ bool NetworkConfiguration::BridgeService::operator==(const BridgeService& other)
 }
 
 NetworkConfiguration::NetworkConfiguration(const NetworkConfiguration& other)
-    : version(other.version), dns(other.dns), hostname(other.hostname), bridge(other.bridge)
+    // Once this is done the destructor runs, should the copying below fail.
+    : NetworkConfiguration()
 {
+    version = other.version;
+    dns = other.dns;
+    hostname = other.hostname;
+    bridge = other.bridge;
     copyRecords(other.interfaces, interfaces);
 }
 

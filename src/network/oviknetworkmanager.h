@@ -34,6 +34,7 @@ public:
     class Interface
     {
     public:
+        /** Destroys the record; the document deletes those that it owns. */
         ~Interface() = default;
 
         /** Reads a text; see the class NetworkConfiguration. */
@@ -46,6 +47,7 @@ public:
         /** Builds the object and writes it as text. */
         QString toJSON() const;
 
+        /** Tells whether all fields are equal. */
         bool operator==(const Interface& other) const;
 
         QString name;
@@ -81,6 +83,7 @@ public:
         /** Builds the object and writes it as text. */
         QString toJSON() const;
 
+        /** Tells whether all fields are equal. */
         bool operator==(const Dns& other) const;
 
         /** The servers' addresses. */
@@ -97,6 +100,7 @@ public:
         class BridgeInterface
         {
         public:
+            /** Tells whether all fields are equal. */
             bool operator==(const BridgeInterface& other) const;
 
             QString bridgeName;
@@ -109,6 +113,7 @@ public:
             QString udhcpOpts = QStringLiteral("-t 30 -T 35");
         };
 
+        /** Makes a service that is off and has no bridges. */
         BridgeService() = default;
         /** Copies the bridges too. */
         BridgeService(const BridgeService& other);
@@ -129,6 +134,7 @@ public:
         /** Builds the object and writes it as text. */
         QString toJSON() const;
 
+        /** Tells whether all fields are equal. */
         bool operator==(const BridgeService& other) const;
 
         bool enabled = false;
@@ -137,6 +143,7 @@ public:
         QMap<QString, BridgeInterface*> list;
     };
 
+    /** Makes a document of version 0 that is empty. */
     NetworkConfiguration() = default;
     /** Copies the interfaces and bridges too. */
     NetworkConfiguration(const NetworkConfiguration& other);
@@ -159,6 +166,7 @@ public:
     /** Builds the object and writes it as text. */
     QString toJSON() const;
 
+    /** Tells whether all fields are equal. */
     bool operator==(const NetworkConfiguration& other) const;
 
     int version = 0;

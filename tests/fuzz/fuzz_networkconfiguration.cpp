@@ -5,18 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-namespace {
-
-void ignoreMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/) {}
-
-} // namespace
-
-extern "C" int LLVMFuzzerInitialize(int* /*pArgc*/, char*** /*pArgv*/)
-{
-    qInstallMessageHandler(ignoreMessage);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     OVIK::NetworkConfiguration oDocument;

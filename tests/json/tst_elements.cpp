@@ -17,6 +17,19 @@ std::string messageOf(Function fn)
     return "no exception";
 }
 
+// Builds arrays and objects that hold each other by turns; a copy at each level would take ages.
+UnknownElement nest(int nPairs, UnknownElement oInnermost)
+{
+    for (int n = 0; n < nPairs; ++n) {
+        Array oArray;
+        oArray.Insert(std::move(oInnermost));
+        Object oObject;
+        oObject["a"] = std::move(oArray);
+        oInnermost = std::move(oObject);
+    }
+    return oInnermost;
+}
+
 } // namespace
 
 class ElementsTest : public QObject
@@ -25,9 +38,7 @@ class ElementsTest : public QObject
 
 private slots:
     void comparesByKindAndValue();
-    void comparisonConvertsNothing();
     void castsAndConverts();
-    void copiesAreIndependent();
     void movedFromHoldsNull();
     void assignsItselfAndDescendants();
     void objectKeepsNamesUnique();
@@ -37,12 +48,13 @@ private slots:
 
 void ElementsTest::comparesByKindAndValue()
 {
-    QVERIFY(UnknownElement() == UnknownElement());
-    QVERIFY(UnknownElement() == Null());
-    QVERIFY(Null() == UnknownElement());
+    QVERIFY(UnknownElement() == UnknownElement() && UnknownElement() == Null() && Null() == UnknownElement());
     QVERIFY(!(UnknownElement(Number(1)) == UnknownElement(Boolean(true))));
-    QVERIFY(UnknownElement(String("a")) == String("a"));
-    QVERIFY(!(UnknownElement(String("a")) == String("b")));
+    // Neither way round may a comparison go through the conversions, which discard.
+    UnknownElement oElement(Number(1));
+    QVERIFY(!(Null() == oElement) && !(String() == oElement) && !(oElement == Object()));
+    QVERIFY(Number(1) == oElement);
+    QVERIFY(UnknownElement(String("a")) == String("a") && !(UnknownElement(String("a")) == String("b")));
 
     const Object oOne = readText(R"({"a":1,"b":[{},[2]]})");
     QVERIFY(oOne == readText(R"({"a":1,"b":[{},[2]]})"));
@@ -55,47 +67,21 @@ void ElementsTest::comparesByKindAndValue()
     }
 }
 
-// A comparison the other way round must not go through the conversions, which discard.
-void ElementsTest::comparisonConvertsNothing()
-{
-    UnknownElement oElement(Number(1));
-    QVERIFY(!(Null() == oElement));
-    QVERIFY(!(String() == oElement));
-    QVERIFY(!(oElement == Object()));
-    QVERIFY(Number(1) == oElement);
-}
-
 void ElementsTest::castsAndConverts()
 {
     UnknownElement oElement(Number(3));
     const UnknownElement& oConstant = oElement;
     QCOMPARE(oConstant.CastTo<Number>().Value(), 3.0);
     QCOMPARE(messageOf([&] { oConstant.CastTo<String>(); }), std::string("Bad cast"));
-    QCOMPARE(messageOf([&] {
-                 const Object& oObject = oConstant;
-                 (void)oObject;
-             }),
-             std::string("Bad cast"));
 
     QCOMPARE(&oElement.ConvertTo<Number>(), &oConstant.CastTo<Number>());
     oElement.ConvertTo<Number>().Value() = 4;
     QVERIFY(oElement == Number(4));
-    QVERIFY(oElement.ConvertTo<String>() == String());
-    QVERIFY(oElement == String());
+    QVERIFY(oElement.ConvertTo<String>() == String() && oElement == String());
     Array& oArray = oElement;
     QVERIFY(oArray.Empty());
     const bool bValue = oElement.ConvertTo<Boolean>();
-    QVERIFY(!bValue);
-    QVERIFY(oElement.ConvertTo<Null>() == Null());
-}
-
-void ElementsTest::copiesAreIndependent()
-{
-    Object oOriginal = readText(R"({"a":{"b":[1,"x"]}})");
-    const Object oCopy(oOriginal);
-    oOriginal["a"].ConvertTo<Object>()["b"].ConvertTo<Array>()[1] = Null();
-    QCOMPARE(writeText(oCopy), std::string(R"({"a" : {"b" : [1,"x"]}})"));
-    QCOMPARE(writeText(oOriginal), std::string(R"({"a" : {"b" : [1,null]}})"));
+    QVERIFY(!bValue && oElement.ConvertTo<Null>() == Null());
 }
 
 void ElementsTest::movedFromHoldsNull()
@@ -115,10 +101,13 @@ void ElementsTest::assignsItselfAndDescendants()
     const Object& oSame = oObject;
     oObject = oSame;
     QCOMPARE(writeText(oObject), std::string(R"({"a" : {"b" : {"c" : 1}}})"));
+    const Object oCopy(oObject);
     oObject = oObject["a"].ConvertTo<Object>();
     QCOMPARE(writeText(oObject), std::string(R"({"b" : {"c" : 1}})"));
     oObject = std::move(oObject["b"].ConvertTo<Object>());
-    QCOMPARE(writeText(oObject), std::string(R"({"c" : 1})"));
+    oObject["c"].ConvertTo<Number>().Value() = 2;
+    QCOMPARE(writeText(oObject), std::string(R"({"c" : 2})"));
+    QCOMPARE(writeText(oCopy), std::string(R"({"a" : {"b" : {"c" : 1}}})"));
 
     Array oArray;
     oArray[0] = Array();
@@ -128,7 +117,8 @@ void ElementsTest::assignsItselfAndDescendants()
     oArray.Insert(oArray[0]);
     oArray[1] = oArray;
     QCOMPARE(oArray.Size(), std::size_t(2));
-    oArray = oArray[1].ConvertTo<Array>()[0].ConvertTo<Array>();
+    oArray = std::move(oArray[1].ConvertTo<Array>());
+    oArray = oArray[0].ConvertTo<Array>();
     QVERIFY(oArray.Size() == 1 && oArray[0] == String("x"));
 
     UnknownElement oElement(readText(R"({"a":["x"]})"));
@@ -176,15 +166,15 @@ void ElementsTest::arrayGrowsAndGuardsItsEnd()
 
 void ElementsTest::deepTreesCostNoStack()
 {
-    constexpr int nLevels = 100000;
+    constexpr int nPairs = 50000;
     Object oObject;
-    oObject["deep"] = nest(nLevels, Number(1));
+    oObject["deep"] = nest(nPairs, Number(1));
     Object oCopy(oObject);
     QVERIFY(oCopy == oObject);
     QCOMPARE(writeText(oCopy), writeText(oObject));
     QCOMPARE(writeText(oCopy).size(),
-             std::string(R"({"deep" : 1})").size() + nLevels / 2 * std::string(R"([{"a" : }])").size());
-    oObject["deep"] = nest(nLevels, Number(2));
+             std::string(R"({"deep" : 1})").size() + nPairs * std::string(R"({"a" : []})").size());
+    oObject["deep"] = nest(nPairs, Number(2));
     QVERIFY(!(oCopy == oObject));
     oCopy = oObject;
     oObject["deep"].ConvertTo<Null>();
