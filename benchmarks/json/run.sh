@@ -3,9 +3,9 @@
 # Takes about two minutes. Let the machine do nothing else meanwhile.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-cmake --preset release -DTARNIXUI_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target json_speed json_memory -j"$(nproc)" >/dev/null
-cd build/release/benchmarks/json
+cmake --preset benchmark >/dev/null
+cmake --build --preset benchmark --target json_speed json_memory -j"$(nproc)" >/dev/null
+cd build/benchmark/benchmarks/json
 # Interleaving lets a slow spell of the machine hit all candidates alike.
 ./json_speed --benchmark_repetitions=9 --benchmark_min_time=0.1 --benchmark_enable_random_interleaving=true \
     --benchmark_report_aggregates_only=true --benchmark_format=json >speed.json
