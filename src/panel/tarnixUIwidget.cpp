@@ -69,8 +69,8 @@ TarnixUI::TarnixUI(QWidget* pParent)
     ui->setupUi(this);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
-    setGeometry(
-        QGuiApplication::primaryScreen()->geometry()); // full screen also where no window manager sees to it
+    // Full screen also where no window manager sees to it.
+    setGeometry(QGuiApplication::primaryScreen()->geometry());
     populateUI();
     enableTouchScrolling();
     ui->scrollArea->verticalScrollBar()->setStyleSheet(

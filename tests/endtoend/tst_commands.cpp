@@ -10,19 +10,6 @@ namespace {
 const QByteArray s_oGreeting = "First message\n> ";
 const QByteArray s_oFarewell = "Good bye!\n";
 
-// The labels that the form does not name: those of the extra applications.
-QString visibleRows(PanelProcess& oPanel)
-{
-    QStringList oTexts;
-    const QList<sWidget> oWidgets = oPanel.widgets();
-    for (const sWidget& oWidget : oWidgets) {
-        if (oWidget.isVisibleLabel() && oWidget.name().isEmpty()) {
-            oTexts.append(oWidget.text());
-        }
-    }
-    return oTexts.join('|');
-}
-
 QString writeFile(const QByteArray& oContents)
 {
     QFile oFile("/tmp/input");
@@ -131,7 +118,7 @@ private slots:
                 const QString strShown = strText.section(' ', 1);
                 QCOMPARE(oPanel.waitForText(strText.section(' ', 0, 0), strShown), strShown);
             } else if (strVerb == "rows") {
-                QTRY_COMPARE(visibleRows(oPanel), strText);
+                QTRY_COMPARE(oPanel.namelessTexts().join('|'), strText);
             } else if (strVerb == "logs") {
                 QVERIFY2(oPanel.waitForLog(strText.toUtf8()), oPanel.log());
             } else {

@@ -12,19 +12,6 @@ QString document(const QByteArray& oEth0)
            ", {\"name\" : \"eth1\", \"dhcp\" : true, \"ip_address\" : \"9.9.9.9\"}]}";
 }
 
-// The texts of the rows between the device type and the target version, block by block.
-QStringList blocks(PanelProcess& oPanel)
-{
-    QStringList oTexts;
-    const QList<sWidget> oWidgets = oPanel.widgets();
-    for (const sWidget& oWidget : oWidgets) {
-        if (oWidget.isVisibleLabel() && oWidget.name().isEmpty()) {
-            oTexts.append(oWidget.text());
-        }
-    }
-    return oTexts;
-}
-
 } // namespace
 
 /** The network interfaces on the panel, from interfaces that the sandbox has to the simulated service. */
@@ -49,7 +36,7 @@ private slots:
 
         // Without the service there is a block for each interface but the loopback, without addresses.
         const QString strEmpty = "IP Address:|Subnet Mask:|Std. Gateway:|0.0.0.0|0.0.0.0|0.0.0.0";
-        QCOMPARE(blocks(oPanel).join('|'), strEmpty + "|" + strEmpty);
+        QCOMPARE(oPanel.namelessTexts().join('|'), strEmpty + "|" + strEmpty);
 
         // Once it is there the next refresh shows its values.
         SimulatorProcess oService;
@@ -57,7 +44,7 @@ private slots:
         oService.setDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"192.168.1.20\", "
                                       "\"netmask\" : \"255.255.255.0\", \"gateway_ip\" : \"192.168.1.1\"}"));
         const auto fnHas = [&](const QStringList& oValues) {
-            const QStringList oNow = blocks(oPanel);
+            const QStringList oNow = oPanel.namelessTexts();
             return oNow.mid(3, 3) == oValues || oNow.mid(9, 3) == oValues;
         };
         QVERIFY(QTest::qWaitFor(
@@ -66,7 +53,7 @@ private slots:
             },
             12000));
         QVERIFY2(fnHas({"DHCP", "", ""}),
-                 qPrintable(blocks(oPanel).join('|'))); // on, but without a lease yet
+                 qPrintable(oPanel.namelessTexts().join('|'))); // on, but without a lease yet
 
         // A tap on a value reads each interface again, once.
         oService.setDocument(document("{\"name\" : \"eth0\", \"ip_address\" : \"10.0.0.7\"}"));

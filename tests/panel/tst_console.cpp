@@ -7,7 +7,8 @@
 #include <QTest>
 #include <unistd.h>
 
-/** What the command channel hands to others than the panel's labels; the test holds the runtime's end of its input. */
+/** What the command channel hands to others than the panel's labels; the test holds the runtime's end of its
+ * input. */
 class TestConsole : public QObject
 {
     Q_OBJECT
@@ -59,7 +60,10 @@ private slots:
     }
 
 private:
-    void send(const QByteArray& oLines) { QCOMPARE(write(m_nRuntime, oLines, size_t(oLines.size())), oLines.size()); }
+    void send(const QByteArray& oLines)
+    {
+        QCOMPARE(write(m_nRuntime, oLines, size_t(oLines.size())), oLines.size());
+    }
 
     int m_nRuntime = -1;
     QList<int> m_oEvents;

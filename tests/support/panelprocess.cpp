@@ -137,6 +137,18 @@ sWidget PanelProcess::widget(const QString& strName)
     return it == oWidgets.end() ? sWidget() : *it;
 }
 
+QStringList PanelProcess::namelessTexts()
+{
+    QStringList oTexts;
+    const QList<sWidget> oWidgets = widgets();
+    for (const sWidget& oWidget : oWidgets) {
+        if (oWidget.isVisibleLabel() && oWidget.name().isEmpty()) {
+            oTexts.append(oWidget.text());
+        }
+    }
+    return oTexts;
+}
+
 QString PanelProcess::waitForText(const QString& strName, const QString& strText)
 {
     QString strShown;

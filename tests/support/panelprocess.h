@@ -77,6 +77,9 @@ public:
     /** Returns the named widget; a nameless one if there is none. */
     sWidget widget(const QString& strName);
 
+    /** Returns the texts of the visible labels that the form does not name: extra applications, interfaces. */
+    QStringList namelessTexts();
+
     /** Waits up to 10 s for the named label to show the text; returns what it shows at last. */
     QString waitForText(const QString& strName, const QString& strText);
 
