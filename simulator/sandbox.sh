@@ -61,7 +61,10 @@ for i in "${!kept[@]}"; do
     mkdir -p "${kept[$i]}"
     mount --bind "/dev/shm/keep/$i" "${kept[$i]}"
 done
-[[ -d /run/dbus ]] && mount -t tmpfs tmpfs /run/dbus
+# No bus of the host; and X servers keep their keymaps by display number, which every sandbox counts from 0.
+for dir in /run/dbus /var/lib/xkb; do
+    [[ ! -d $dir ]] || mount -t tmpfs tmpfs "$dir"
+done
 ip link set lo up
 cd "$directory"
 
