@@ -131,7 +131,7 @@ void TarnixUI::populateUI()
     populateRow(ui->systemTime_Label, m_pPanelInfo->szLbl_SystemTime, ui->systemTimeForm_Label, "SystemTime");
     for (QLabel* pLabel :
          {ui->systemDate_Label, ui->systemDateForm_Label, ui->systemTime_Label, ui->systemTimeForm_Label}) {
-        watchDateTime(pLabel);
+        watchTaps(pLabel, m_oSystemDateTimeWidgetList);
     }
 }
 
@@ -182,9 +182,9 @@ void TarnixUI::fitRow(QLabel* pCaption, QLabel* pValue)
     pValue->setFixedHeight(nHeight);
 }
 
-void TarnixUI::watchDateTime(QLabel* pLabel)
+void TarnixUI::watchTaps(QLabel* pLabel, QList<QObject*>& oWidgetList)
 {
-    m_oSystemDateTimeWidgetList.append(pLabel);
+    oWidgetList.append(pLabel);
     pLabel->installEventFilter(this);
 }
 
@@ -222,13 +222,18 @@ QLayout* TarnixUI::insertBlock(QBoxLayout* pColumn, QWidget* pAnchor)
 
 QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
 {
+    QLabel* pLabel = createPlainLabel(strText, eType);
+    if (eType == eType_Form) {
+        watchTaps(pLabel, m_oNetworkSettingsWidgetList);
+    }
+    return pLabel;
+}
+
+QLabel* TarnixUI::createPlainLabel(const QString& strText, eLabelType eType)
+{
     auto* pLabel = new QLabel(strText, this);
     pLabel->setTextFormat(Qt::PlainText);
     setInfoTextLabelStyle(pLabel, eType);
-    if (eType == eType_Form) {
-        m_oNetworkSettingsWidgetList.append(pLabel);
-        pLabel->installEventFilter(this);
-    }
     return pLabel;
 }
 
@@ -322,10 +327,8 @@ QLabel* TarnixUI::createAppLabel(const QString& strText, eLabelType eType)
 {
     const bool bCaption = eType == eType_Label;
     const QLabel* pFixedLabel = bCaption ? ui->appname_Label : ui->appnameForm_Label;
-    auto* pLabel = new QLabel(strText, this);
-    pLabel->setTextFormat(Qt::PlainText);
+    QLabel* pLabel = createPlainLabel(strText, eType);
     pLabel->setIndent(pFixedLabel->indent());
-    setInfoTextLabelStyle(pLabel, eType);
     (bCaption ? ui->captionLayout : ui->valueLayout)->addWidget(pLabel);
     return pLabel;
 }

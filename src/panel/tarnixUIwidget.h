@@ -125,11 +125,12 @@ private:
     void populateBanner();
     void populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue);
     void fitRow(QLabel* pCaption, QLabel* pValue);
-    void watchDateTime(QLabel* pLabel);
+    void watchTaps(QLabel* pLabel, QList<QObject*>& oWidgetList);
     void insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
                                       QWidget* pValueAnchor);
     QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor);
     QLabel* createLabel(const QString& strText, eLabelType eType);
+    QLabel* createPlainLabel(const QString& strText, eLabelType eType);
     static void showDetails(const sNetworkInterfaceUIDetails& oLabels,
                             const sNetworkInterfaceDetails& oDetails);
     void setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType);
