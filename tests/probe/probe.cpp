@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QComboBox>
 #include <QGenericPlugin>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -25,9 +26,21 @@ QJsonObject describe(const QWidget* pWidget)
                       {"minimum", toJson(QRect(QPoint(), pWidget->minimumSizeHint()))},
                       {"flags", static_cast<int>(pWindow->windowFlags())},
                       {"font", pWidget->font().toString()},
-                      {"color", pWidget->palette().color(QPalette::WindowText).name()}};
+                      {"color", pWidget->palette().color(QPalette::WindowText).name()},
+                      {"enabled", pWidget->isEnabled()},
+                      {"focus", pWidget->hasFocus()},
+                      {"title", pWidget->windowTitle()},
+                      {"hints", static_cast<int>(pWidget->inputMethodHints())}};
+    for (const char* szProperty : {"text", "currentText", "checked"}) { // of fields and buttons
+        if (pWidget->metaObject()->indexOfProperty(szProperty) >= 0) {
+            oJson[szProperty] = QJsonValue::fromVariant(pWidget->property(szProperty));
+        }
+    }
+    if (const auto* pComboBox = qobject_cast<const QComboBox*>(pWidget)) {
+        oJson["items"] = pComboBox->count();
+    }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
-        oJson["text"] = pLabel->text();
+        oJson["buddy"] = pLabel->buddy() ? pLabel->buddy()->objectName() : QString();
         oJson["alignment"] = static_cast<int>(pLabel->alignment());
         oJson["wraps"] = pLabel->wordWrap();
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;

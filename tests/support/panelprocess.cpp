@@ -137,6 +137,11 @@ sWidget PanelProcess::widget(const QString& strName)
     return it == oWidgets.end() ? sWidget() : *it;
 }
 
+bool PanelProcess::waitForVisible(const QString& strName, bool bVisible)
+{
+    return QTest::qWaitFor([&] { return widget(strName)["visible"].toBool() == bVisible; }, s_nPatience);
+}
+
 QStringList PanelProcess::namelessTexts()
 {
     QStringList oTexts;

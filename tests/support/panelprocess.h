@@ -35,7 +35,8 @@ private:
 struct sWidget : QJsonObject
 {
     QString name() const { return value("name").toString(); }
-    QString text() const { return value("text").toString(); }
+    /** Returns what a label, button or field shows; of a combo box the current item. */
+    QString text() const { return value(contains("text") ? "text" : "currentText").toString(); }
     bool isVisibleLabel() const { return value("class") == "QLabel" && value("visible").toBool(); }
     /** Returns a member that holds a rectangle: "rect" in screen pixels, "minimum" the smallest size. */
     QRect rect(const QString& strMember = "rect") const;
@@ -77,10 +78,14 @@ public:
     /** Returns the named widget; a nameless one if there is none. */
     sWidget widget(const QString& strName);
 
-    /** Returns the texts of the visible labels that the form does not name: extra applications, interfaces. */
+    /** Waits up to 10 s for the named widget to be on screen, or to be gone; returns whether it is so. */
+    bool waitForVisible(const QString& strName, bool bVisible = true);
+
+    /** Returns the texts of the visible labels that the form does not name: extra applications, interfaces.
+     */
     QStringList namelessTexts();
 
-    /** Waits up to 10 s for the named label to show the text; returns what it shows at last. */
+    /** Waits up to 10 s for the named label or field to show the text; returns what it shows at last. */
     QString waitForText(const QString& strName, const QString& strText);
 
 private:
