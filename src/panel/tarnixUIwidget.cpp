@@ -1,6 +1,8 @@
 #include "panel/tarnixUIwidget.h"
 
+#include "network/networksettingsdialog.h"
 #include "panel/console.h"
+#include "panel/dialogplacement.h"
 #include "panel/panelinfo.h"
 #include "platform/ovikplatform.h"
 #include "ui_tarnixUIwidget.h"
@@ -442,6 +444,33 @@ sNetworkInterfaceDetails TarnixUI::getInterfaceDetails(const QString& strName)
     return oDetails;
 }
 
+bool TarnixUI::setInterfaceDetails(const sNetworkInterfaceDetails& oDetails)
+{
+    OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
+    if (!pPlatform->SetInterfaceName(oDetails.m_strName.toLatin1().constData())) {
+        return true; // required by the device's other software
+    }
+    pPlatform->SetIpAddress(QHostAddress(oDetails.m_strIPAddress).toIPv4Address());
+    pPlatform->SetNetmask(QHostAddress(oDetails.m_strSubnetMask).toIPv4Address());
+    pPlatform->SetGateWay(QHostAddress(oDetails.m_strStdGateway).toIPv4Address());
+    pPlatform->SetDHCP(oDetails.m_bISDHCP); // after the addresses, which clear it
+    return pPlatform->SetNetworkSettings();
+}
+
+QList<sNetworkInterfaceDetails> TarnixUI::getTestInterfaceDetails()
+{
+    QList<sNetworkInterfaceDetails> oList;
+    for (const char* szNumber : {"0", "1", "2"}) {
+        sNetworkInterfaceDetails oDetails;
+        oDetails.m_strName = QStringLiteral("eth%1").arg(szNumber);
+        oDetails.m_strIPAddress = QStringLiteral("192.168.2.10%1").arg(szNumber);
+        oDetails.m_strSubnetMask = QStringLiteral("255.255.255.0");
+        oDetails.m_strStdGateway = QStringLiteral("192.168.2.1");
+        oList.append(oDetails);
+    }
+    return oList;
+}
+
 void TarnixUI::onNetworkTimerTimedOut()
 {
     const QMap<QString, sNetworkInterfaceUIDetails> oMap = m_oNetworkInterfaceUIDetailsMap;
@@ -464,8 +493,33 @@ void TarnixUI::showDetails(const sNetworkInterfaceUIDetails& oLabels,
 
 void TarnixUI::onNetworkSettingsRequested(QObject* pWatched)
 {
-    Q_UNUSED(pWatched)
-    onNetworkTimerTimedOut();
+    const QString strInterface = interfaceOf(pWatched);
+    if (strInterface.isNull() || m_pNetworkDlg) {
+        return;
+    }
+    m_pNetworkDlg = new NetworkSettingsDialog(getNetworkInterfacesList(), strInterface, this);
+    connect(m_pNetworkDlg, SIGNAL(settingsApplied()), this, SLOT(onNetworkTimerTimedOut()));
+    runDialog(m_pNetworkDlg);
+}
+
+QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
+{
+    const auto& oMap = m_oNetworkInterfaceUIDetailsMap;
+    for (auto it = oMap.begin(); it != oMap.end(); ++it) {
+        if (pValueLabel == it->m_pIPAddressLabel || pValueLabel == it->m_pSubnetMaskLabel ||
+            pValueLabel == it->m_pStdGatewayLabel) {
+            return it.key();
+        }
+    }
+    return {};
+}
+
+void TarnixUI::runDialog(QDialog* pDialog)
+{
+    new DialogPlacement(pDialog, *m_pPanelInfo);
+    const QPointer<QDialog> pGuard = pDialog;
+    pDialog->exec();
+    delete pGuard;
 }
 
 void TarnixUI::onToolbuttonClicked()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "network/networkinterfacedetails.h"
+#include "network/networkinterfaceaccess.h"
 
 #include <QList>
 #include <QMap>
@@ -10,7 +10,10 @@
 #include <QTimer>
 #include <QWidget>
 
+class DateTimeDialog;
+class NetworkSettingsDialog;
 class QBoxLayout;
+class QDialog;
 class QLabel;
 class QLayout;
 class Ui_MorvaWidget;
@@ -44,10 +47,10 @@ struct sNetworkInterfaceUIDetails
  * values.
  *
  * The command channel (Console), which it owns, fills the values; it keeps the clock and the
- * rows of the network interfaces itself, tells the runtime through
+ * rows of the network interfaces itself, opens the dialogs for both, tells the runtime through
  * the named pipe "/tmp/tarnixUI" that it is on screen, and starts the platform's configuration application.
  */
-class TarnixUI : public QWidget
+class TarnixUI : public QWidget, public NetworkInterfaceAccess
 {
     Q_OBJECT
 
@@ -98,7 +101,19 @@ public:
      * @return empty texts if there is no bus; after an error reply, and before the first answer, what was
      * read last, possibly of another interface (required by the device's other software)
      */
-    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName);
+    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) override;
+
+    /**
+     * Sends the addresses and the DHCP flag of the record to the platform service, for the interface that the
+     * record names (its calls getInterfaceConfig, setInterfaceConfigJSON and applyNewConfiguration). A text
+     * that is no IPv4 address counts as 0.0.0.0.
+     * @return what OVIKPlatform::SetNetworkSettings() returns; true also if the interface could not be
+     * selected (required by the device's other software)
+     */
+    bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) override;
+
+    /** Returns three interfaces that do not exist, eth0 to eth2, for development. */
+    static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
     /** Lets the panel see the taps on its values; see QObject::eventFilter. Returns true for a tap that it
      * handled. */
@@ -139,6 +154,8 @@ private:
     sAppStatusUIDetails createAppRow();
     static void setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible);
     const sAppStatusUIDetails* findAppRow(int nIndex) const;
+    QString interfaceOf(const QObject* pValueLabel) const;
+    void runDialog(QDialog* pDialog);
     void LaunchCtrlPanel();
     void retryNamedPipe();
 
@@ -150,6 +167,8 @@ private:
     QPointer<QProcess> m_pShowCtrlPanel; // stays null
     QTimer m_oTimer;
     QMap<QString, sNetworkInterfaceUIDetails> m_oNetworkInterfaceUIDetailsMap;
+    QPointer<DateTimeDialog> m_pDateTimeDlg;
+    QPointer<NetworkSettingsDialog> m_pNetworkDlg;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName;
     bool m_bDragged = false; // the finger that touched the rows last has dragged them

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""The operator's finger: looks through the probe at the widgets of a running panel and touches them on its X display.
+
+    finger.py SOCKET tap WIDGET          taps the middle of a widget; first drags the panel's rows until it is on screen
+    finger.py SOCKET type WIDGET TEXT    replaces the text of a field
+    finger.py SOCKET await WIDGET        waits until the widget is visible
+    finger.py SOCKET await WIDGET TEXT   waits until it shows the text
+
+WIDGET is an object name, or =TEXT for the first visible widget that shows the text. Needs DISPLAY and xdotool.
+"""
+import json
+import socket
+import subprocess
+import sys
+import time
+
+
+class Finger:
+    """SOCKET is the probe's local socket; every operation fails with LookupError after PATIENCE seconds."""
+    PATIENCE = 10
+
+    def __init__(self, path):
+        self.socket = socket.socket(socket.AF_UNIX)
+        self.socket.connect(path)
+        self.replies = self.socket.makefile()
+
+    def widgets(self):
+        """Returns a description of each widget that is on screen, windows opened last first."""
+        self.socket.sendall(b"\n")
+        return [widget for widget in json.loads(self.replies.readline()) if widget["visible"]]
+
+    def find(self, name, text=None):
+        """Returns the description of a widget as soon as it is visible and shows the text, if one is given."""
+        deadline = time.monotonic() + self.PATIENCE
+        while time.monotonic() < deadline:
+            for widget in self.widgets():
+                shown = widget.get("text", widget.get("currentText"))
+                if (shown == name[1:] if name[0] == "=" else widget["name"] == name) and text in (None, shown):
+                    return widget
+            time.sleep(0.05)
+        raise LookupError(f"no widget {name} {text or ''}")
+
+    def tap(self, name):
+        """Presses and releases in the middle of the widget; drags the panel's rows until it is on screen."""
+        _, top, width, height = self.find("scrollArea")["rect"]
+        upper, lower = top + height // 4, top + height * 3 // 4
+        deadline = time.monotonic() + self.PATIENCE
+        while not 0 < (y := self.middle(self.find(name))[1]) < top + height:
+            if time.monotonic() > deadline:
+                raise LookupError(f"{name} cannot be reached")
+            self.drag(width // 3, *((lower, upper) if y > 0 else (upper, lower)))
+        x, y = self.middle(self.find(name))
+        self.pointer("mousemove", str(x), str(y), "click", "1")
+
+    def drag(self, x, start, end):
+        """Presses, moves up or down by small steps, rests, and releases."""
+        words = ["mousemove", str(x), str(start), "mousedown", "1"]
+        for step in range(1, 11):
+            words += ["mousemove", str(x), str(start + (end - start) * step // 10), "sleep", "0.03"]
+        self.pointer(*words, "sleep", "0.3", "mouseup", "1", "sleep", "0.2")
+
+    @staticmethod
+    def middle(widget):
+        """Returns the middle of a widget in screen pixels."""
+        x, y, width, height = widget["rect"]
+        return x + width // 2, y + height // 2
+
+    def type(self, name, text):
+        """Replaces the text of a field."""
+        self.tap(name)
+        self.pointer("key", "ctrl+a", "type", "--delay", "30", text)
+
+    @staticmethod
+    def pointer(*words):
+        """Runs xdotool."""
+        subprocess.run(["xdotool", *words], check=True)
+
+
+def main():
+    if len(sys.argv) < 4 or sys.argv[2] not in ("tap", "type", "await"):
+        sys.exit(__doc__)
+    finger = Finger(sys.argv[1])
+    {"tap": finger.tap, "type": finger.type, "await": finger.find}[sys.argv[2]](*sys.argv[3:])
+
+
+if __name__ == "__main__":
+    main()
