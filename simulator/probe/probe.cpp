@@ -53,6 +53,9 @@ QByteArray describeAll()
     QJsonArray oAll;
     const QWidgetList oTopLevels = QApplication::topLevelWidgets();
     for (const QWidget* pTopLevel : oTopLevels) {
+        if (pTopLevel->parentWidget()) {
+            continue; // a dialog, which is told with its parent's children
+        }
         oAll.append(describe(pTopLevel));
         const QList<QWidget*> oChildren = pTopLevel->findChildren<QWidget*>();
         for (const QWidget* pChild : oChildren) {

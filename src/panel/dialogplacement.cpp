@@ -2,6 +2,7 @@
 
 #include "panel/panelinfo.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -9,12 +10,19 @@
 #include <QFormLayout>
 #include <QInputMethod>
 #include <QScreen>
+#include <QScroller>
+#include <QStyledItemDelegate>
 
 namespace {
 
 constexpr int s_nFieldHeight = 48;
 constexpr int s_nMinimumFieldHeight = 28;
 constexpr int s_nFieldHeightStep = 4;
+
+// A list that scrolls in place of a menu as high as the screen.
+constexpr char s_szListSheet[] = "QComboBox { combobox-popup: 0; }"
+                                 "QComboBox QAbstractItemView::item { min-height: 40px; }"
+                                 "QComboBox QScrollBar:vertical { width: 32px; }";
 
 bool isField(const QWidget* pWidget)
 {
@@ -29,6 +37,7 @@ DialogPlacement::DialogPlacement(QDialog* pDialog, const PanelInfo& oPanelInfo)
     QFont oFont = pDialog->font();
     oFont.setPixelSize(oPanelInfo.infoTextFontSize);
     pDialog->setFont(oFont);
+    fitLists();
     fitFields(oPanelInfo);
     pDialog->installEventFilter(this);
     QInputMethod* pInputMethod = QGuiApplication::inputMethod();
@@ -52,6 +61,17 @@ void DialogPlacement::fitFields(const PanelInfo& oPanelInfo)
         nHeight -= s_nFieldHeightStep;
     } while (oSize.height() > oScreen.height() && nHeight >= s_nMinimumFieldHeight);
     m_pDialog->resize(oSize.boundedTo(oScreen));
+}
+
+void DialogPlacement::fitLists()
+{
+    const QList<QComboBox*> oComboBoxes = m_pDialog->findChildren<QComboBox*>();
+    for (QComboBox* pComboBox : oComboBoxes) {
+        pComboBox->setStyleSheet(s_szListSheet);
+        pComboBox->setItemDelegate(new QStyledItemDelegate(pComboBox)); // the only one that obeys the sheet
+        pComboBox->view()->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+        QScroller::grabGesture(pComboBox->view()->viewport(), QScroller::LeftMouseButtonGesture);
+    }
 }
 
 void DialogPlacement::wrapRows()
@@ -93,7 +113,7 @@ void DialogPlacement::place()
     if (pInputMethod->isVisible() && !oKeyboard.isEmpty()) {
         oVisible.setBottom(oKeyboard.top() - 1);
     }
-    const int nLeft = oVisible.center().x() - m_pDialog->width() / 2;
+    const int nLeft = oVisible.left() + (oVisible.width() - m_pDialog->width()) / 2;
     m_pDialog->move(nLeft, topOf(oVisible));
 }
 

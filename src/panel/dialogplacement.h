@@ -32,6 +32,7 @@ private slots:
     void place();
 
 private:
+    void fitLists();
     void fitFields(const PanelInfo& oPanelInfo);
     void wrapRows();
     void setFieldHeight(int nHeight);

@@ -517,6 +517,7 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 void TarnixUI::runDialog(QDialog* pDialog)
 {
     new DialogPlacement(pDialog, *m_pPanelInfo);
+    pDialog->setWindowModality(Qt::WindowModal); // the panel has to wait, an on-screen keyboard not
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
     delete pGuard;
