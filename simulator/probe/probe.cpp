@@ -7,15 +7,18 @@
 #include <QLabel>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QPaintEvent>
 
 namespace {
+
+constexpr char s_szPainted[] = "painted";
 
 QJsonArray toJson(const QRect& oRect)
 {
     return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
 }
 
-QJsonObject describe(const QWidget* pWidget)
+QJsonObject describe(QWidget* pWidget)
 {
     const QWidget* pWindow = pWidget->window();
     QJsonObject oJson{{"name", pWidget->objectName()},
@@ -30,7 +33,9 @@ QJsonObject describe(const QWidget* pWidget)
                       {"enabled", pWidget->isEnabled()},
                       {"focus", pWidget->hasFocus()},
                       {"title", pWidget->windowTitle()},
+                      {s_szPainted, toJson(pWidget->property(s_szPainted).toRect())},
                       {"hints", static_cast<int>(pWidget->inputMethodHints())}};
+    pWidget->setProperty(s_szPainted, QVariant());
     for (const char* szProperty : {"text", "currentText", "checked"}) { // of fields and buttons
         if (pWidget->metaObject()->indexOfProperty(szProperty) >= 0) {
             oJson[szProperty] = QJsonValue::fromVariant(pWidget->property(szProperty));
@@ -52,13 +57,13 @@ QByteArray describeAll()
 {
     QJsonArray oAll;
     const QWidgetList oTopLevels = QApplication::topLevelWidgets();
-    for (const QWidget* pTopLevel : oTopLevels) {
+    for (QWidget* pTopLevel : oTopLevels) {
         if (pTopLevel->parentWidget()) {
             continue; // a dialog, which is told with its parent's children
         }
         oAll.append(describe(pTopLevel));
         const QList<QWidget*> oChildren = pTopLevel->findChildren<QWidget*>();
-        for (const QWidget* pChild : oChildren) {
+        for (QWidget* pChild : oChildren) {
             oAll.append(describe(pChild));
         }
     }
@@ -68,7 +73,7 @@ QByteArray describeAll()
 } // namespace
 
 /** Answers every line on its local socket with a description of all widgets of the program that it is loaded
- * into. */
+ * into, the part of each that was painted since the last answer included. */
 class Probe : public QObject
 {
     Q_OBJECT
@@ -78,6 +83,18 @@ public:
     {
         connect(&m_oServer, SIGNAL(newConnection()), this, SLOT(onNewConnection()));
         m_oServer.listen(strPath);
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override
+    {
+        if (pEvent->type() == QEvent::Paint) {
+            const auto* pWidget = qobject_cast<QWidget*>(pWatched);
+            const QRect oRect = static_cast<QPaintEvent*>(pEvent)->rect();
+            const QRect oPainted = oRect.translated(pWidget ? pWidget->mapToGlobal(QPoint()) : QPoint());
+            pWatched->setProperty(s_szPainted, oPainted | pWatched->property(s_szPainted).toRect());
+        }
+        return false;
     }
 
 private slots:

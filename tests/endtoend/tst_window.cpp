@@ -145,6 +145,26 @@ private slots:
         QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").rect().y() < nTop - 60);
     }
 
+    void idlePaintsOnlyTheClock()
+    {
+        PanelProcess oPanel;
+        QVERIFY(oPanel.start());
+        QTRY_VERIFY(oPanel.widget("systemTimeForm_Label").text() != "SystemTime");
+        oPanel.widgets();
+        QTest::qWait(2500);
+        const QList<sWidget> oWidgets = oPanel.widgets();
+        QRect oClock;
+        QRect oPainted;
+        for (const sWidget& oWidget : oWidgets) {
+            oPainted |= oWidget.rect("painted");
+            if (oWidget.name() == "systemTimeForm_Label" || oWidget.name() == "systemDateForm_Label") {
+                oClock |= oWidget.rect();
+            }
+        }
+        QVERIFY(!oPainted.isEmpty());
+        QVERIFY(oClock.contains(oPainted));
+    }
+
     void looks()
     {
         const Display oDisplay({800, 480});
