@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """The operator's finger: looks through the probe at the widgets of a running panel and touches them on its X display.
 
-    finger.py SOCKET tap WIDGET          taps the middle of a widget; first drags the panel's rows until it is on screen
+    finger.py SOCKET reach WIDGET        drags the panel's rows until the widget is on screen
+    finger.py SOCKET tap WIDGET          the same, then taps the middle of the widget
     finger.py SOCKET type WIDGET TEXT    replaces the text of a field
+    finger.py SOCKET key KEY...          presses keys
     finger.py SOCKET await WIDGET        waits until the widget is visible
     finger.py SOCKET await WIDGET TEXT   waits until it shows the text
 
@@ -17,7 +19,7 @@ import time
 
 class Finger:
     """SOCKET is the probe's local socket; every operation fails with LookupError after PATIENCE seconds."""
-    PATIENCE = 10
+    PATIENCE = 15
 
     def __init__(self, path):
         self.socket = socket.socket(socket.AF_UNIX)
@@ -40,16 +42,21 @@ class Finger:
             time.sleep(0.05)
         raise LookupError(f"no widget {name} {text or ''}")
 
-    def tap(self, name):
-        """Presses and releases in the middle of the widget; drags the panel's rows until it is on screen."""
+    def reach(self, name):
+        """Drags the panel's rows until the middle of the widget is on screen, and returns the middle."""
         _, top, width, height = self.find("scrollArea")["rect"]
         upper, lower = top + height // 4, top + height * 3 // 4
         deadline = time.monotonic() + self.PATIENCE
-        while not 0 < (y := self.middle(self.find(name))[1]) < top + height:
-            if time.monotonic() > deadline:
-                raise LookupError(f"{name} cannot be reached")
+        while time.monotonic() < deadline:
+            x, y = self.middle(self.find(name))
+            if 0 < y < top + height:
+                return x, y
             self.drag(width // 3, *((lower, upper) if y > 0 else (upper, lower)))
-        x, y = self.middle(self.find(name))
+        raise LookupError(f"{name} cannot be reached")
+
+    def tap(self, name):
+        """Presses and releases in the middle of the widget."""
+        x, y = self.reach(name)
         self.pointer("mousemove", str(x), str(y), "click", "1")
 
     def drag(self, x, start, end):
@@ -70,6 +77,10 @@ class Finger:
         self.tap(name)
         self.pointer("key", "ctrl+a", "type", "--delay", "30", text)
 
+    def key(self, *keys):
+        """Presses keys, named as xdotool names them, after what was tapped last has had time to open."""
+        self.pointer("sleep", "0.3", "key", *keys)
+
     @staticmethod
     def pointer(*words):
         """Runs xdotool."""
@@ -77,10 +88,10 @@ class Finger:
 
 
 def main():
-    if len(sys.argv) < 4 or sys.argv[2] not in ("tap", "type", "await"):
+    verbs = {"reach": Finger.reach, "tap": Finger.tap, "type": Finger.type, "key": Finger.key, "await": Finger.find}
+    if len(sys.argv) < 4 or sys.argv[2] not in verbs:
         sys.exit(__doc__)
-    finger = Finger(sys.argv[1])
-    {"tap": finger.tap, "type": finger.type, "await": finger.find}[sys.argv[2]](*sys.argv[3:])
+    verbs[sys.argv[2]](Finger(sys.argv[1]), *sys.argv[3:])
 
 
 if __name__ == "__main__":

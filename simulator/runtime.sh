@@ -1,7 +1,7 @@
 #!/bin/bash
-# A simulated device around the panel: a bus with the simulated platform service, two network interfaces, a
-# configuration application, and the PLC runtime, which starts the panel, plays a tour of its commands and then passes
-# the user's lines on. To be run in the sandbox, with DISPLAY set.
+# A simulated device around the panel: a bus with the simulated platform service, two network interfaces, the platform's
+# tools, the PLC runtime, which starts the panel, and an operator, who touches it. They play a tour of all that the panel
+# can do; then the user's lines are passed on. To be run in the sandbox, with DISPLAY set.
 #
 #   runtime.sh [--pictures DIR] BUILD_DIR
 #
@@ -62,17 +62,7 @@ fnPrompt() {
     fnSend quit
 }
 
-fnScroll() { # drags the rows up by a finger's way over half the screen
-    local width height i
-    read -r width height < <(xdotool getdisplaygeometry)
-    xdotool mousemove $((width / 3)) $((height * 9 / 10)) mousedown 1
-    for ((i = 18; i >= 8; i--)); do
-        xdotool mousemove $((width / 3)) $((height * i / 20))
-        sleep 0.03
-    done
-    sleep 0.3
-    xdotool mouseup 1
-}
+fnFinger() { simulator/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }
 
 fnDevice() {
     ip link add eth0 type veth peer name eth1
@@ -82,7 +72,7 @@ fnDevice() {
     export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
     dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
     fnAwait test -S /tmp/system-bus
-    "$build/simulator/ovik-simulator" --system >"$calls" &
+    "$build/simulator/ovik-simulator" --system --lease-delay 5000 >"$calls" &
     fnAwait grep -q ready "$calls"
 }
 
@@ -92,6 +82,7 @@ fnService() { # MEMBER ARGUMENT...: another client of the platform service
 }
 
 fnDevice
+export QT_PLUGIN_PATH=$build/simulator/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"
@@ -112,10 +103,39 @@ fnSay 'Somebody gives eth0 another address; the panel looks every ten seconds'
 sleep 10
 fnStage interfaces 'It shows what the platform service says'
 
-fnScroll
+fnFinger tap =10.0.0.77
+fnFinger await NetworkSettingsDialog
+fnStage network-dialog 'A tap on the address opens the settings of that interface'
+fnFinger type ipAddress_LineEdit 172.16.1.5
+if [[ -n ${QT_IM_MODULE:-} ]]; then
+    fnStage keyboard 'An on-screen keyboard comes with the keys for an address; the dialog stays above it'
+    fnFinger key shift+Tab
+fi
+fnFinger tap applyButton
+fnFinger await =172.16.1.5
+fnFinger tap closeButton
+fnStage network-static 'Apply sends another address; the panel shows it at once'
+
+fnFinger tap =172.16.1.5
+fnFinger tap useDHCP_comboBox
+fnStage network-choice 'Or the address shall come by DHCP'
+fnFinger key Home Return
+fnFinger tap applyButton
+fnFinger tap closeButton
+fnFinger await =DHCP
+fnStage network-dhcp 'There is no lease yet'
+fnFinger await =192.168.200.100
+fnStage network-lease 'A lease has come'
+
+fnSend w1
+fnStage wink 'Wink: an operator finds the device by its blinking hand'
+fnStage wink-blink 'It blinks once a second'
+fnSend w0
+fnStage wink-off 'Wink is off'
+
+fnFinger reach plcStatusForm_Label
 fnSend n3 'a000Mixer line' 's000Running'
 fnStage application 'The main application runs; the rows are scrolled to it by touch'
-fnScroll
 
 fnSend 'a001Förderband Süd' 's001Stop' 'a002Not shown: the last index has no row'
 fnStage applications 'Three applications'
@@ -123,12 +143,12 @@ fnStage applications 'Three applications'
 fnSend 's000Exception' 's001Running'
 fnStage status 'Their status changes'
 
-xdotool mousemove 30 35 click 1
+fnFinger tap toolButton
 fnAwait test -e /tmp/configuration-started
 fnSay 'The settings button has started the configuration application'
 
 fnSend n20 'a018A very long application name, longer than the screen of the panel is wide'
-fnScroll
+fnFinger reach systemTimeForm_Label
 fnStage scrolled 'Twenty applications, scrolled by touch'
 
 fnSend n3
