@@ -124,7 +124,7 @@ fnFinger tap applyButton
 fnFinger tap closeButton
 fnFinger await =DHCP
 fnStage network-dhcp 'There is no lease yet'
-fnFinger await =192.168.200.100
+fnFinger await =192.168.1.20
 fnStage network-lease 'A lease has come'
 
 fnSend w1
