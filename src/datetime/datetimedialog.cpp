@@ -18,6 +18,7 @@ namespace {
 constexpr char s_szDefaultServer[] = TARNIXUI_NTP_SERVER;
 constexpr char s_szTimeZoneGenerator[] = "/usr/bin/kadconfig-gen-timezones.sh";
 constexpr char s_szTimeZoneFile[] = "/etc/timezone";
+constexpr char s_szLocalTime[] = "/etc/localtime";
 constexpr char s_szSettingsFile[] = "/etc/kadconfig/datetime.json";
 constexpr char s_szGeneratedConfiguration[] = "/etc/kadconfig-ntp.conf";
 constexpr char s_szNTPConfiguration[] = "/etc/ntp.conf";
@@ -117,6 +118,10 @@ void DateTimeDialog::saveFromUI()
 void DateTimeDialog::setTimeZone()
 {
     m_strCurreTimeZone = ui->timezone_ComboBox->currentText();
+    // An earlier name that led to a folder: the script would put its link into that.
+    if (QFileInfo(s_szLocalTime).isDir()) {
+        QFile::remove(s_szLocalTime);
+    }
     runProcess(eProcessType_SetCurrentTimeZone);
 }
 
@@ -244,6 +249,7 @@ void DateTimeDialog::append(QString& strOutput, const QString& strPiece, int nMa
 {
     strOutput += strPiece.leftRef(nMaxSize - strOutput.size());
     if (strOutput.size() == nMaxSize) {
+        disconnect(m_pProcess, SIGNAL(readyReadStandardOutput()), this, nullptr);
         m_pProcess->kill();
     }
 }
