@@ -1,0 +1,95 @@
+#pragma once
+
+#include "json/elements.h"
+
+#include <QDateTime>
+#include <QDialog>
+#include <QPointer>
+#include <QProcess>
+
+class Ui_DateTimeDialog;
+
+/** What the dialog's one child process is running. */
+enum eProcessType {
+    eProcessType_GetTimeZoneList = 0,      /**< lists the time zones */
+    eProcessType_GetCurrentTimeZone = 1,   /**< tells the current one */
+    eProcessType_SetCurrentTimeZone = 2,   /**< sets the chosen one */
+    eProcessType_SetCurrentDateTime = 3,   /**< never started: the clocks are set without a process */
+    eProcessType_GetNTPDateTimeStatus = 4, /**< asks the NTP daemon for its first peer */
+    eProcessType_SetNTPSettings = 5        /**< writes the configuration of the NTP daemon */
+};
+
+/** What is known of the NTP daemon. */
+struct sNTPInfo
+{
+    bool m_bIsNtpdEnabled = false; /**< not used: the check box is set from the platform service */
+    QString m_strLastUpdate; /**< when the first peer was heard last: "64", "3h", "2d"; empty if unknown */
+    QString m_strStatus;     /**< which of its last answers came, in octal: "377" for all */
+    QString m_strServer;     /**< not used */
+};
+
+/**
+ * The dialog that sets the time zone, the date and time, and whether the time comes from an NTP server.
+ *
+ * What it shows it reads through tools of the platform, which run one after the other as child processes;
+ * nothing waits for them, and they end with the dialog. Apply sets the time zone first, then either the
+ * clocks (and the NTP daemon off) or the NTP daemon's configuration (and the daemon on); the dialog stays
+ * open. Failures are logged as warnings and never shown. docs/date-and-time.md lists the tools and files.
+ */
+class DateTimeDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /**
+     * Builds the dialog and starts to read; the caller shows it.
+     *
+     * Asks the platform service whether the NTP daemon is enabled and waits for the answer; the service must
+     * have been found before (OVIKPlatform::Init()).
+     */
+    explicit DateTimeDialog(QWidget* pParent);
+    /** Kills the tool that is still running, with all that it has started. */
+    ~DateTimeDialog() override;
+
+private slots:
+    void onAutoUpdateChecked(bool bChecked);
+    void onApplyClicked();
+    void onProcessStarted();
+    void onProcessError(QProcess::ProcessError eError);
+    void onProcessFinished(int nExitCode, QProcess::ExitStatus eExitStatus);
+    void onProcessStateChanged(QProcess::ProcessState eState);
+    void onReadyReadStandardOutput();
+
+private:
+    void updateUI();
+    void runProcess(eProcessType eType);
+    void startTool(eProcessType eType);
+    void startScript(const QString& strScript);
+    void destroyProcess();
+    void append(QString& strOutput, const QString& strPiece, int nMaxSize);
+    void updateCurrentTimezone();
+    void setTimeZone();
+    void saveFromUI();
+    void saveDateTime();
+    void saveNTPSettings();
+    void setNTPStatusOnUI();
+    static bool getAutoUpdateAddressFromJSON(const QString& json, QString& address);
+    static bool getAutoUpdateAddressFromJSONObject(const json::Object& root, QString& address);
+    void restartNTPDServer();
+
+    void showTimeZones();
+    void selectCurrentTimezone();
+    void readNTPStatus();
+    QString lastSyncText() const;
+    void readAutoUpdateAddress();
+
+    Ui_DateTimeDialog* ui;
+    QString m_strAutoUpdateAddress;
+    QPointer<QProcess> m_pProcess;
+    QString m_strProcessOutput;
+    eProcessType m_eProcessType = eProcessType_GetTimeZoneList;
+    QString m_strCurreTimeZone;
+    sNTPInfo m_oNTPInfo;
+    QDateTime m_oInitialDateTime;
+    QString m_strPeer; // what has come of the NTP daemon's first peer
+};

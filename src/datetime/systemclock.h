@@ -1,0 +1,22 @@
+#pragma once
+
+/**
+ * The clocks of the device: the system clock and the battery-backed real-time clock (RTC).
+ *
+ * Times are seconds since the epoch, UTC. The functions need the right to set the clock; what the system
+ * refuses is reported with perror on standard error.
+ */
+
+/** Sets both clocks; returns false when the system clock could not be set. */
+bool writeCurrentTime(long t);
+
+/**
+ * Sets the system clock, then the RTC.
+ *
+ * Returns 1, also when the RTC could not be set, or 0 when the system clock could not be set, which leaves
+ * the RTC alone.
+ */
+int LIN_SetClock(long t);
+
+/** Sets the RTC ("/dev/rtc", else "/dev/misc/rtc") to a time, in UTC; always returns 1. */
+int updateHWClock(long t);

@@ -1,0 +1,51 @@
+#include "datetime/toolprocess.h"
+
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+constexpr int s_nKilledMilliseconds = 50; // far more than a killed process takes, too little to be noticed
+
+} // namespace
+
+ToolProcess::ToolProcess(QObject* pParent) : QProcess(pParent)
+{
+    setProcessChannelMode(ForwardedErrorChannel);
+    setStandardInputFile(nullDevice());
+    setReadChannel(StandardOutput);
+}
+
+ToolProcess::~ToolProcess()
+{
+    if (state() != NotRunning) {
+        ToolProcess::close();
+        setProcessState(NotRunning); // else the base class would wait for half a minute
+    }
+}
+
+void ToolProcess::close()
+{
+    if (state() != NotRunning) {
+        killGroup();
+        waitForFinished(s_nKilledMilliseconds);
+    }
+    if (state() == NotRunning) {
+        QProcess::close();
+    }
+}
+
+// With the shell alone killed, the tool that it waits for would stay.
+void ToolProcess::killGroup()
+{
+    const auto nGroup = static_cast<pid_t>(processId());
+    if (nGroup > 0) {
+        ::kill(-nGroup, SIGKILL);
+    }
+    kill(); // the child may not have come to its group yet
+}
+
+void ToolProcess::setupChildProcess()
+{
+    setpgid(0, 0);
+}

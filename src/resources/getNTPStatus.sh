@@ -1,0 +1,3 @@
+#!/bin/sh
+
+ntpq -pn | sed -n 3p

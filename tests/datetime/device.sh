@@ -1,0 +1,42 @@
+# The device of a scenario; its commands see these functions.
+folder=$(dirname "${BASH_SOURCE[0]}")
+
+fnDevice() { # puts a good device into place, whatever became of the one before
+    local tool
+    rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/hung
+    PATH=/tmp/original:$PATH "$folder/../../simulator/device/install.sh"
+    mkdir -p /tmp/original /tmp/real
+    mv /usr/bin/{ntpq,kadconfig-gen-timezones.sh,kadconfig-gen-ntp-conf.sh} /tmp/original
+    for tool in sh cat ln chmod; do
+        [[ -e /tmp/original/$tool ]] || cp "/usr/bin/$tool" /tmp/original
+    done
+    cp --remove-destination /tmp/original/* /tmp/real
+    for tool in /tmp/real/*; do
+        cp --remove-destination "$folder/recorder" "/usr/bin/${tool##*/}"
+    done
+    # A short list of zones is as good as the whole one, and quicker.
+    fnTool kadconfig-gen-timezones.sh "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\""
+}
+
+fnTool() { # NAME COMMAND: what the tool does from now on
+    printf '#!/tmp/original/sh\n%s\n' "$2" >"/tmp/real/$1"
+    /tmp/original/chmod +x "/tmp/real/$1"
+}
+
+fnPeer() { # LINE: what ntpq tells
+    fnTool ntpq "echo; echo; printf '%s\n' '$1'"
+}
+
+fnSettings() { # TEXT
+    printf '%s' "$1" >/etc/kadconfig/datetime.json
+}
+
+fnGone() { # waits for the end of all that sleeps for 1000 s
+    while /tmp/original/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\0' ' ' | grep -q 'sleep 100[0]'; do sleep 0.01; done
+}
+
+fnState() { # what Apply leaves behind
+    readlink /etc/localtime
+    /tmp/original/cat -v /etc/timezone
+    stat -c '%a' /etc/timezone
+}
