@@ -68,6 +68,7 @@ fnDevice() {
     ip link add eth0 type veth peer name eth1
     printf '#!/bin/bash\ntouch /tmp/configuration-started\n' >/usr/bin/kadconfig-app
     chmod +x /usr/bin/kadconfig-app
+    simulator/device/install.sh
 
     export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
     dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
@@ -142,6 +143,28 @@ fnStage applications 'Three applications'
 
 fnSend 's000Exception' 's001Running'
 fnStage status 'Their status changes'
+
+fnFinger tap systemTimeForm_Label
+fnFinger await ntpStatus_Label 'Last sync:64 secs ago'
+fnFinger await timezone_ComboBox Europe/Rome
+fnStage datetime-dialog 'A tap on the clock opens its settings, which the device tells'
+fnFinger tap timezone_ComboBox
+fnFinger key alt+Down
+fnStage datetime-zones 'It has all time zones'
+fnFinger key Escape
+fnFinger type timezone_ComboBox Asia/Tokyo
+fnFinger tap applyButton
+fnAwait grep -q Asia/Tokyo /etc/timezone
+fnFinger tap autoUpdate_CheckBox
+fnStage datetime-ntp 'The time shall come from a server'
+fnFinger tap applyButton
+fnAwait grep -q 'start("ntpd")' "$calls"
+fnFinger tap autoUpdate_CheckBox
+fnFinger tap applyButton
+fnFinger tap closeButton
+fnStage datetime-zone 'The clock shows the time of the other zone; NTP is off again'
+fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/timezone says $(</etc/timezone)"
+grep ServiceManager "$calls"
 
 fnFinger tap toolButton
 fnAwait test -e /tmp/configuration-started

@@ -1,5 +1,6 @@
 #include "panel/tarnixUIwidget.h"
 
+#include "datetime/datetimedialog.h"
 #include "network/networksettingsdialog.h"
 #include "panel/console.h"
 #include "panel/dialogplacement.h"
@@ -397,6 +398,11 @@ void TarnixUI::onSysTimeTimerTimeOut()
 
 void TarnixUI::onSystemDateTimeRequested()
 {
+    if (m_pDateTimeDlg) {
+        return;
+    }
+    m_pDateTimeDlg = new DateTimeDialog(this);
+    runDialog(m_pDateTimeDlg);
     onSysTimeTimerTimeOut();
 }
 
