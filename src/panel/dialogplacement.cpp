@@ -2,7 +2,6 @@
 
 #include "panel/panelinfo.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -10,7 +9,6 @@
 #include <QFormLayout>
 #include <QInputMethod>
 #include <QScreen>
-#include <QScroller>
 #include <QStyledItemDelegate>
 
 namespace {
@@ -69,8 +67,6 @@ void DialogPlacement::fitLists()
     for (QComboBox* pComboBox : oComboBoxes) {
         pComboBox->setStyleSheet(s_szListSheet);
         pComboBox->setItemDelegate(new QStyledItemDelegate(pComboBox)); // the only one that obeys the sheet
-        pComboBox->view()->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-        QScroller::grabGesture(pComboBox->view()->viewport(), QScroller::LeftMouseButtonGesture);
     }
 }
 
