@@ -26,7 +26,7 @@ constexpr char s_szNTPConfiguration[] = "/etc/ntp.conf";
 // Far more than any device has.
 constexpr int s_nMaxTimeZones = 256 * 1024;
 constexpr int s_nMaxLine = 4096;
-constexpr qint64 s_nMaxSettings = 1024 * 1024;
+constexpr qint64 s_nMaxSettings = 1024LL * 1024;
 
 constexpr int s_nWhenField = 4;
 constexpr int s_nReachField = 6;

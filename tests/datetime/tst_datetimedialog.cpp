@@ -2,21 +2,21 @@
 #include "platform/ovikplatform.h"
 #include "support/simulatorprocess.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QCryptographicHash>
 #include <QDateTimeEdit>
 #include <QFile>
-#include <QLabel>
+#include <QHash>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdarg>
 #include <cstring>
 #include <fcntl.h>
-#include <linux/rtc.h>
+#include <functional>
 #include <sys/time.h>
 
 namespace {
@@ -32,6 +32,9 @@ void note(QChar cKind, const QString& strText)
 
 void noteMessage(QtMsgType /*eType*/, const QMessageLogContext& /*oContext*/, const QString& strText)
 {
+    if (strText.startsWith("This plugin does not")) {
+        return; // of the offscreen platform
+    }
     static const QRegularExpression s_oWithId("^(onProcessStarted|onProcessError).* ");
     const QString strStart = s_oWithId.match(strText).captured();
     note('!', strStart.isEmpty() ? strText : strStart + "ID");
@@ -39,6 +42,13 @@ void noteMessage(QtMsgType /*eType*/, const QMessageLogContext& /*oContext*/, co
     if (strText.startsWith("onProcessStarted")) {
         int nPlace = g_oTranscript.lastIndexOf(QRegularExpression("^(! onProcess.*|[^!].*)"), -2) + 1;
         g_oTranscript.move(g_oTranscript.size() - 1, nPlace);
+    }
+}
+
+void waitFor(const std::function<bool()>& isDone)
+{
+    if (!QTest::qWaitFor(isDone, 60000)) {
+        note('!', "waited in vain");
     }
 }
 
@@ -52,9 +62,8 @@ int __real_close(int nDescriptor);
 
 int __wrap_settimeofday(const timeval* pTime, const void* pZone)
 {
-    note(
-        '#',
-        QStringLiteral("settimeofday %1 %2 %3").arg(pTime->tv_sec).arg(pTime->tv_usec).arg(pZone == nullptr));
+    const QString strTime = QStringLiteral("settimeofday %1 %2 ").arg(pTime->tv_sec).arg(pTime->tv_usec);
+    note('#', strTime + (pZone ? "zone" : "null"));
     errno = EPERM;
     return g_strClock == "refused" ? -1 : 0;
 }
@@ -66,9 +75,8 @@ int __wrap_open(const char* szPath, int nFlags, mode_t nMode)
     }
     note('#', QStringLiteral("open %1 %2").arg(szPath).arg((nFlags & O_ACCMODE) == O_WRONLY));
     errno = ENOENT;
-    const bool bThere =
-        g_strClock != "none" && g_strClock != (strlen(szPath) == strlen("/dev/rtc") ? "misc" : "");
-    return g_nRTC = bThere ? __real_open("/dev/null", O_WRONLY, 0) : -1;
+    const QString strRTC = g_strClock == "none" ? "" : g_strClock == "misc" ? "/dev/misc/rtc" : "/dev/rtc";
+    return g_nRTC = szPath == strRTC ? __real_open("/dev/null", O_WRONLY, 0) : -1;
 }
 
 int __wrap_ioctl(int nDescriptor, unsigned long nRequest, void* pArgument)
@@ -76,13 +84,12 @@ int __wrap_ioctl(int nDescriptor, unsigned long nRequest, void* pArgument)
     if (nRequest != 0x4024700A) {
         return __real_ioctl(nDescriptor, nRequest, pArgument);
     }
-    const auto* p = static_cast<const rtc_time*>(pArgument);
-    QStringList oFields;
-    for (int n : {p->tm_sec, p->tm_min, p->tm_hour, p->tm_mday, p->tm_mon, p->tm_year, p->tm_wday, p->tm_yday,
-                  p->tm_isdst}) {
-        oFields += QString::number(n);
+    const auto* pFields = static_cast<const int*>(pArgument); // nine numbers
+    QString strFields;
+    for (int i = 0; i < 9; ++i) {
+        strFields += ' ' + QString::number(pFields[i]);
     }
-    note('#', QStringLiteral("ioctl %1 ").arg(nDescriptor == g_nRTC) + oFields.join(' '));
+    note('#', QStringLiteral("ioctl %1:").arg(nDescriptor == g_nRTC) + strFields);
     errno = nDescriptor < 0 ? EBADF : EINVAL;
     return nDescriptor < 0 || g_strClock == "stuck" ? -1 : 0;
 }
@@ -113,18 +120,44 @@ private slots:
     void cleanup();
 
 private:
-    void play(const QString& strLine);
-    void playOnDialog(const QString& strAction, const QString& strArgument);
+    void type(const QString& strZone);
     static void runInShell(const QString& strCommand);
     void awaitIdle();
     void noteCalls();
     QString shown(const QString& strName) const;
     template<class Type>
-    Type* find(const QString& strName) const
+    Type* find(const QString& strName = QString()) const
     {
         return m_pDialog->findChild<Type*>(strName);
     }
+    bool hasProcess(QProcess::ProcessState eState) const;
+    QComboBox* zones() const { return find<QComboBox>("timezone_ComboBox"); }
 
+    // What the words of the scenarios do, with the rest of the line.
+    const QHash<QString, std::function<void(const QString&)>> m_oActions = {
+        {"$", runInShell},
+        {"clock", [](const QString& strFault) { g_strClock = strFault; }},
+        {"ntpd", [](const QString&) { OVIKPlatform::getInstance()->restartNTPDService(true); }},
+        {"calls", [this](const QString&) { noteCalls(); }},
+        {"open", [this](const QString&) { (m_pDialog = std::make_unique<DateTimeDialog>(nullptr))->show(); }},
+        {"await",
+         [this](const QString& strFile) {
+             waitFor([&] { return QFile::exists(strFile) && !hasProcess(QProcess::Starting); });
+         }},
+        {"idle", [this](const QString&) { awaitIdle(); }},
+        {"show", [this](const QString& strName) { note('|', shown(strName)); }},
+        {"click", [this](const QString& strName) { find<QAbstractButton>(strName)->click(); }},
+        {"enter",
+         [this](const QString& strName) { QTest::keyClick(find<QWidget>(strName), Qt::Key_Return); }},
+        {"type", [this](const QString& strZone) { type(strZone); }},
+        {"zone",
+         [this](const QString& strZone) { zones()->setEditText(QString(strZone).replace("\\n", "\n")); }},
+        {"date",
+         [this](const QString& strDate) {
+             find<QDateTimeEdit>()->setDateTime(QDateTime::fromString(strDate, Qt::ISODate));
+         }},
+        {"destroy", [this](const QString&) { m_pDialog.reset(); }},
+    };
     PrivateBus m_oBus;
     SimulatorProcess m_oSimulator;
     std::unique_ptr<DateTimeDialog> m_pDialog;
@@ -162,10 +195,10 @@ void DateTimeDialogTest::plays()
     g_oTranscript.clear();
     QFile::remove("/tmp/commands");
     const QtMessageHandler pHandler = qInstallMessageHandler(noteMessage);
-        for (const QString& strLine : qAsConst(oLines)) {
+    for (const QString& strLine : qAsConst(oLines)) {
         if (!QString("!#>|+").contains(strLine[0])) {
             g_oTranscript += strLine;
-            play(strLine);
+            m_oActions.value(strLine.section(' ', 0, 0))(strLine.section(' ', 1));
         }
     }
     qInstallMessageHandler(pHandler);
@@ -182,57 +215,10 @@ void DateTimeDialogTest::cleanup()
     m_pDialog.reset();
 }
 
-void DateTimeDialogTest::play(const QString& strLine)
+void DateTimeDialogTest::type(const QString& strZone)
 {
-    const QString strAction = strLine.section(' ', 0, 0);
-    const QString strArgument = strLine.section(' ', 1);
-    if (strAction == "$") {
-        runInShell(strArgument);
-    } else if (strAction == "clock") {
-        g_strClock = strArgument;
-    } else if (strAction == "ntpd") {
-        OVIKPlatform::getInstance()->restartNTPDService(true);
-    } else if (strAction == "calls") {
-        noteCalls();
-    } else if (strAction == "open" || strAction == "begin") {
-        m_pDialog = std::make_unique<DateTimeDialog>(nullptr);
-        m_pDialog->show();
-        strAction == "open" ? awaitIdle() : void();
-    } else {
-        playOnDialog(strAction, QString(strArgument).replace("\\n", "\n"));
-    }
-}
-
-void DateTimeDialogTest::playOnDialog(const QString& strAction, const QString& strArgument)
-{
-    if (strAction == "apply" || strAction == "click") {
-        find<QPushButton>("applyButton")->click();
-        strAction == "apply" ? awaitIdle() : void();
-    } else if (strAction == "await") {
-        QVERIFY(QTest::qWaitFor([] { return QFile::exists("/tmp/hung"); }, 60000));
-    } else if (strAction == "destroy") {
-        m_pDialog.reset();
-        QTest::qWait(0);
-    } else if (strAction == "close") {
-        find<QPushButton>("closeButton")->click();
-        note('|', m_pDialog->isVisible() ? "still there" : "closed");
-    } else if (strAction == "type") {
-        find<QComboBox>("timezone_ComboBox")->lineEdit()->selectAll();
-        QTest::keyClicks(find<QComboBox>("timezone_ComboBox")->lineEdit(), strArgument);
-    } else if (strAction == "zone") {
-        find<QComboBox>("timezone_ComboBox")->setEditText(strArgument);
-    } else if (strAction == "date") {
-        find<QDateTimeEdit>("currentDate_DateEdit")
-            ->setDateTime(QDateTime::fromString(strArgument, Qt::ISODate));
-    } else if (strAction == "tick") {
-        find<QAbstractButton>("autoUpdate_CheckBox")->click();
-    } else if (strAction == "enter") {
-        QTest::keyClick(find<QWidget>(strArgument), Qt::Key_Return);
-    } else if (strAction == "idle") {
-        awaitIdle();
-    } else {
-        note('|', shown(strArgument));
-    }
+    zones()->lineEdit()->selectAll();
+    QTest::keyClicks(zones()->lineEdit(), strZone);
 }
 
 void DateTimeDialogTest::runInShell(const QString& strCommand)
@@ -245,19 +231,15 @@ void DateTimeDialogTest::runInShell(const QString& strCommand)
     }
 }
 
+bool DateTimeDialogTest::hasProcess(QProcess::ProcessState eState) const
+{
+    const auto oAll = m_pDialog ? m_pDialog->findChildren<QProcess*>() : QList<QProcess*>();
+    return std::any_of(oAll.begin(), oAll.end(), [=](const QProcess* p) { return p->state() == eState; });
+}
+
 void DateTimeDialogTest::awaitIdle()
 {
-    const auto isIdle = [this] {
-        for (const QProcess* pProcess : m_pDialog->findChildren<QProcess*>()) {
-            if (pProcess->state() != QProcess::NotRunning) {
-                return false;
-            }
-        }
-        return true;
-    };
-    if (!QTest::qWaitFor(isIdle, 60000)) {
-        note('!', "not idle");
-    }
+    waitFor([this] { return !hasProcess(QProcess::Starting) && !hasProcess(QProcess::Running); });
     QFile oCommands("/tmp/commands");
     if (oCommands.open(QIODevice::ReadOnly)) {
         for (const QString& strLine :
@@ -288,23 +270,18 @@ QString DateTimeDialogTest::shown(const QString& strName) const
                QCryptographicHash::hash(oBytes, QCryptographicHash::Sha256).toHex();
     }
     if (strName == "zones") {
-        const auto* pZones = find<QComboBox>("timezone_ComboBox");
-        QStringList oZones;
-        for (int i = 0; i < qMin(pZones->count(), 8); ++i) {
-            oZones += pZones->itemText(i);
+        QStringList oZones(zones()->currentText() + QStringLiteral(" of %1:").arg(zones()->count()));
+        for (int i = 0; i < qMin(zones()->count(), 8); ++i) {
+            oZones += zones()->itemText(i);
         }
-        return QStringLiteral("%1 of %2: %3")
-            .arg(pZones->currentText())
-            .arg(pZones->count())
-            .arg(oZones.join('|'));
+        return oZones.join(" | ");
     }
-    if (const auto* pLabel = find<QLabel>(strName)) {
-        return pLabel->text();
-    }
-    const auto* pWidget = find<QWidget>(strName);
-    const QString strState = pWidget->isEnabled() ? " on" : " off";
-    const auto* pField = qobject_cast<const QLineEdit*>(pWidget);
-    return (pField ? pField->text() : pWidget->property("checked").toString()) + strState;
+    const QWidget* pWidget = strName.isEmpty() ? m_pDialog.get() : find<QWidget>(strName);
+    const char* pProperty = pWidget->inherits("QAbstractButton") ? "checked"
+                            : pWidget->inherits("QDateTimeEdit") ? "displayFormat"
+                            : strName.isEmpty()                  ? "visible"
+                                                                 : "text";
+    return pWidget->property(pProperty).toString() + (pWidget->isEnabled() ? "" : " (disabled)");
 }
 
 QTEST_MAIN(DateTimeDialogTest)
