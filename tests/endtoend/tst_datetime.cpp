@@ -24,6 +24,7 @@ private slots:
     void initTestCase()
     {
         QCOMPARE(QProcess::execute(DEVICE_TOOLS, {}), 0);
+        QCOMPARE(QProcess::execute("ip", {"link", "add", "eth0", "type", "veth", "peer", "name", "eth1"}), 0);
         QVERIFY(m_oBus.start());
         QVERIFY(m_oService.start(m_oBus));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_oBus.address().toUtf8());
