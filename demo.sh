@@ -2,34 +2,39 @@
 # Builds the panel and shows it, driven by a simulated runtime. Nothing it does reaches the machine's own clock, /etc,
 # /usr or /tmp/tarnixUI.
 #
-#   demo.sh [--screen WIDTHxHEIGHT] [--headless DIR]
+#   demo.sh [--screen WIDTHxHEIGHT] [--keyboard] [--headless DIR]
 #
-# --screen    size of the device's screen, 800x480 if not given
+# --screen    size of the device's screen, 800x480 if not given; up to 480 wide the wink has its other layout
+# --keyboard  with an on-screen keyboard
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
 
 fnUsage() {
-    sed -n '2,8s/^# \?//p' "$0" >&2
+    sed -n '2,9s/^# \?//p' "$0" >&2
     exit 2
 }
 
 screen=800x480
 pictures=
+keyboard=()
 while (($#)); do
-    [[ -n ${2:-} ]] || fnUsage
     case $1 in
-    --screen) screen=$2 ;;
-    --headless) pictures=$(realpath -m "$2") ;;
+    --keyboard) keyboard=(--keyboard) ;;
+    --screen | --headless)
+        [[ -n ${2:-} ]] || fnUsage
+        [[ $1 == --screen ]] && screen=$2 || pictures=$(realpath -m "$2")
+        shift
+        ;;
     *) fnUsage ;;
     esac
-    shift 2
+    shift
 done
 [[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || fnUsage
 
 cd "$(dirname "$0")"
-packaging/install-build-packages.sh
+packaging/install-build-packages.sh "${keyboard[@]}"
 cmake --preset dev >/dev/null
-cmake --build --preset dev --target tarnixUI ovik-simulator
+cmake --build --preset dev --target tarnixUI ovik-simulator probe
 
 work=$(mktemp -d)
 server=
@@ -55,6 +60,7 @@ fi
 options=()
 [[ -z $pictures ]] || options=(--pictures "$work/pictures")
 mkdir "$work/pictures"
+[[ -z ${keyboard[*]} ]] || export QT_IM_MODULE=qtvirtualkeyboard QT_QUICK_BACKEND=software
 unset QT_SCALE_FACTOR QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_STYLE_OVERRIDE
 DISPLAY=:$(<"$work/display") QT_QPA_PLATFORM=xcb simulator/sandbox.sh --keep /tmp/.X11-unix --keep "$work/pictures" -- \
     simulator/runtime.sh "${options[@]}" build/dev

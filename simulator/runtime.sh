@@ -83,6 +83,8 @@ fnService() { # MEMBER ARGUMENT...: another client of the platform service
 }
 
 fnDevice
+# Without a compositing manager the window of the keyboard would hide all behind it.
+[[ -z ${QT_IM_MODULE:-} ]] || xcompmgr 2>/dev/null &
 export QT_PLUGIN_PATH=$build/simulator/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
