@@ -14,7 +14,11 @@ class WinkHorWidget : public QWidget
     Q_OBJECT
 
 public:
-    /** Builds the overlay in the middle of the first screen; asks the platform client for name and address.
+    /**
+     * Builds the overlay in the middle of the first screen.
+     *
+     * The name is asked of the platform client here, once (required by the device's other software), the
+     * address also at each blink.
      */
     explicit WinkHorWidget(QWidget* pParent = nullptr);
     ~WinkHorWidget() override;

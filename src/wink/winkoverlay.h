@@ -15,6 +15,7 @@ class WinkOverlay : public QObject
     Q_OBJECT
 
 public:
+    /** The time between two blink steps. */
     static constexpr int s_nBlinkMilliseconds = 1000;
 
     /**
@@ -26,13 +27,18 @@ public:
     /** Shows the device's address, as the platform client tells it now; an empty text if there is none. */
     static void showAddress(QLabel* pAddress);
 
-    /** Shows the device's name, as the platform client knows it. */
+    /** Shows the device's name as the platform client knows it, never as markup. */
     static void showDeviceName(QLabel* pDeviceName);
 
     /** Moves the widget, which has its size, to the middle of the first screen, if there is one. */
     static void centre(QWidget* pWidget);
 
-    /** One blink step: the hand disappears or comes back, and the address is read again. */
+    /**
+     * One blink step: the hand disappears or comes back, and the address is read again.
+     *
+     * An overlay that is hidden while the hand is away comes back without it (required by the device's other
+     * software).
+     */
     static void blink(QLabel* pHand, QLabel* pAddress);
 
 private slots:
