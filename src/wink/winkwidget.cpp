@@ -1,8 +1,33 @@
 #include "wink/winkwidget.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace {
 
 constexpr int s_nWinkLimitMilliseconds = 60000;
+constexpr int s_nMaxPortraitWidth = 480;
+
+bool hasWideScreen()
+{
+    const QList<QScreen*> oScreens = QGuiApplication::screens();
+    return !oScreens.isEmpty() && oScreens.first()->size().width() > s_nMaxPortraitWidth;
+}
+
+void showOnTop(QWidget* pOverlay)
+{
+    if (pOverlay) {
+        pOverlay->show();
+        pOverlay->raise();
+    }
+}
+
+void hide(QWidget* pOverlay)
+{
+    if (pOverlay) {
+        pOverlay->hide();
+    }
+}
 
 } // namespace
 
@@ -22,16 +47,40 @@ EventGrabber::EventGrabber()
 {
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nWinkLimitMilliseconds);
+    connect(&m_oTimer, SIGNAL(timeout()), this, SLOT(onTimeOut()));
 }
+
+EventGrabber::~EventGrabber() = default;
 
 bool EventGrabber::event(QEvent* pEvent)
 {
     if (pEvent->type() == static_cast<QEvent::Type>(eWinkEvent_On)) {
+        if (!m_pWinkHorWidget && !m_pWinkVerWidget) {
+            createOverlay();
+        }
+        showOnTop(m_pWinkHorWidget);
+        showOnTop(m_pWinkVerWidget);
         m_oTimer.start();
         return true;
     }
     if (pEvent->type() == static_cast<QEvent::Type>(eWinkEvent_Off)) {
+        onTimeOut();
         m_oTimer.stop();
     }
     return QObject::event(pEvent);
+}
+
+void EventGrabber::createOverlay()
+{
+    if (hasWideScreen()) {
+        m_pWinkHorWidget = new WinkHorWidget(nullptr);
+    } else {
+        m_pWinkVerWidget = new WinkVerWidget(nullptr);
+    }
+}
+
+void EventGrabber::onTimeOut()
+{
+    hide(m_pWinkHorWidget);
+    hide(m_pWinkVerWidget);
 }

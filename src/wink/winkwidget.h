@@ -1,7 +1,11 @@
 #pragma once
 
+#include "wink/winkhorwidget.h"
+#include "wink/winkverwidget.h"
+
 #include <QEvent>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 /** The events that the command channel posts to the EventGrabber; the numbers are fixed. */
@@ -11,27 +15,40 @@ enum eWinkEvent {
 };
 
 /**
- * Receives the wink events and keeps the time limit of a wink. Used on the GUI thread only.
+ * Receives the wink events, shows and hides the overlay that identifies the device, and keeps its time limit.
+ * Used on the GUI thread only.
  */
 class EventGrabber : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Returns the one instance; creates it on the first call. It lives until the process ends. */
+    /** Returns the one instance; creates it on the first call. It lives until the process ends, and so does
+     * the overlay. */
     static EventGrabber* getInstance();
 
+    ~EventGrabber() override;
+
     /**
-     * Handles eWinkEvent_On (starts the one-minute limit again) and eWinkEvent_Off (stops it).
+     * Handles eWinkEvent_On (shows the overlay for one minute from now) and eWinkEvent_Off (hides it).
+     *
+     * The first wink makes the overlay: WinkHorWidget if the first screen is more than 480 pixels wide, else
+     * WinkVerWidget. It is kept for the next winks.
      * @return true for wink on; the base class's result for every other event
      */
     bool event(QEvent* pEvent) override;
 
+private slots:
+    void onTimeOut();
+
 private:
     EventGrabber();
+    void createOverlay();
 
     static bool m_bInstanceFlag;
     static EventGrabber* m_pInstance;
 
+    QPointer<WinkHorWidget> m_pWinkHorWidget;
+    QPointer<WinkVerWidget> m_pWinkVerWidget;
     QTimer m_oTimer;
 };

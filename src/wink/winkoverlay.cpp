@@ -1,0 +1,86 @@
+#include "wink/winkoverlay.h"
+
+#include "platform/ovikplatform.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QWindow>
+
+namespace {
+
+void raiseIfShown(QWidget* pWidget)
+{
+    if (pWidget->isVisible()) {
+        pWidget->raise();
+    }
+}
+
+} // namespace
+
+WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand) : QObject(pWidget), m_pWidget(pWidget)
+{
+    pWidget->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
+    // A window manager would keep a full-screen window with the keyboard, and its dialogs, above all others:
+    // the native window is none of its.
+    pWidget->winId();
+    pWidget->windowHandle()->setFlag(Qt::BypassWindowManagerHint);
+
+    QSizePolicy oPolicy = pHand->sizePolicy();
+    oPolicy.setRetainSizeWhenHidden(true);
+    pHand->setSizePolicy(oPolicy);
+    connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(onFocusWindowChanged(QWindow*)));
+}
+
+void WinkOverlay::showAddress(QLabel* pAddress)
+{
+    pAddress->setText(OVIKPlatform::getInstance()->GetBestInterfaceIP().toString());
+}
+
+void WinkOverlay::showDeviceName(QLabel* pDeviceName)
+{
+    pDeviceName->setText(OVIKPlatform::getInstance()->GetDeviceNameAsString());
+}
+
+void WinkOverlay::centre(QWidget* pWidget)
+{
+    const QList<QScreen*> oScreens = QGuiApplication::screens();
+    if (oScreens.isEmpty()) {
+        return;
+    }
+    const QSize oScreen = oScreens.first()->size();
+    pWidget->move((oScreen.width() - pWidget->width()) / 2, (oScreen.height() - pWidget->height()) / 2);
+}
+
+void WinkOverlay::blink(QLabel* pHand, QLabel* pAddress)
+{
+    pHand->setVisible(!pHand->isVisible());
+    showAddress(pAddress);
+    raiseIfShown(pHand->window()); // above what other programs have opened
+}
+
+void WinkOverlay::onFocusWindowChanged(QWindow* pWindow)
+{
+    if (pWindow == m_pWidget->windowHandle()) {
+        giveKeyboardBack();
+    } else if (pWindow) {
+        raiseIfShown(m_pWidget);
+    }
+}
+
+// Some platforms activate whatever comes to the top.
+void WinkOverlay::giveKeyboardBack()
+{
+    if (QWindow* pDialog = QGuiApplication::modalWindow()) {
+        pDialog->requestActivate();
+        return;
+    }
+    const QWindowList oWindows = QGuiApplication::topLevelWindows();
+    for (QWindow* pWindow : oWindows) {
+        if (pWindow->isVisible() && !pWindow->flags().testFlag(Qt::BypassWindowManagerHint)) {
+            pWindow->requestActivate();
+            return;
+        }
+    }
+}

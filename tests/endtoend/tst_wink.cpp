@@ -1,0 +1,72 @@
+#include "support/panelprocess.h"
+#include "support/privatebus.h"
+#include "support/simulatorprocess.h"
+
+#include <QTest>
+
+/** The overlay of the real program on the screens of the device. */
+class TestWink : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void identifiesTheDevice_data()
+    {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QString>("overlay");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("272x480") << QSize(272, 480) << "winkVerWidget" << QRect(-29, 122, 330, 235);
+        QTest::newRow("480x271") << QSize(480, 271) << "winkVerWidget" << QRect(75, 18, 330, 235);
+        QTest::newRow("481x320") << QSize(481, 320) << "winkHorWidget" << QRect(30, 84, 420, 151);
+    }
+
+    void identifiesTheDevice()
+    {
+        QFETCH(QSize, screen);
+        QFETCH(QString, overlay);
+        const QString strDocument = "{\"version\":1,\"interfaces\":[{\"name\":\"e\",\"hidden\":false,"
+                                    "\"actual_ip_address\":\"%1\"}]}";
+        const QString strName = "<i>Controller</i> 500/600 of hall 7, press line 12, no. 4711";
+        PrivateBus oBus;
+        SimulatorProcess oService;
+        QVERIFY(oBus.start() && oService.start(oBus));
+        QVERIFY(oService.setDocument(strDocument.arg("192.168.100.200")));
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
+        const Display oDisplay(screen);
+        PanelProcess oPanel(oDisplay.name());
+        QVERIFY(oPanel.start());
+        oPanel.send("d" + strName.toUtf8() + "\nw0\nv1\n");
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1"), QString("1"));
+        QVERIFY(oPanel.widget(overlay).isEmpty());
+        oPanel.send("w1\n");
+        QVERIFY(oPanel.waitForVisible(overlay));
+        QTEST(oPanel.widget(overlay).rect(), "rect");
+        QCOMPARE(oPanel.widget(overlay)["flags"].toInt(), 0x40801);
+
+        QVERIFY(oPanel.widget("lbl_DeviceName")["plain"].toBool());
+        const QStringList oTexts = {"WINK Command Active", "Device:", "IP Address:", strName,
+                                    "192.168.100.200"};
+        QStringList oShown;
+        QRegion oTaken = oPanel.widget("label").rect();
+        for (const char* szName : {"label_2", "label_3", "label_5", "lbl_DeviceName", "lbl_IP"}) {
+            const sWidget oLabel = oPanel.widget(szName);
+            oShown.append(oLabel.text());
+            const QSize oSeen = oLabel.rect().intersected(QRect(QPoint(), screen)).size();
+            QVERIFY2(oSeen.expandedTo(oLabel.rect("minimum").size()) == oSeen, szName); // not cut
+            QVERIFY2(!oTaken.intersects(oLabel.rect()), szName);
+            oTaken += oLabel.rect();
+        }
+        QCOMPARE(oShown, oTexts);
+        QVERIFY(oPanel.waitForVisible("label", false) && oPanel.waitForVisible("label"));
+        QVERIFY(oService.setDocument(strDocument.arg("10.0.0.7")));
+        QCOMPARE(oPanel.waitForText("lbl_IP", "10.0.0.7"), QString("10.0.0.7"));
+        oService.kill();
+        QCOMPARE(oPanel.waitForText("lbl_IP", QString()), QString());
+        oPanel.send("w0\n");
+        QVERIFY(oPanel.waitForVisible(overlay, false));
+        QCOMPARE(oPanel.quit(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWink)
+#include "tst_wink.moc"
