@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <limits>
 
@@ -78,6 +79,8 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
 
     ui->timezone_ComboBox->setEditable(true);
+    // An on-screen keyboard asks the line edit.
+    ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
     ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
     runProcess(eProcessType_GetTimeZoneList);
     ui->autoUpdate_CheckBox->setChecked(OVIKPlatform::getInstance()->isNTPDEnabled());
