@@ -131,6 +131,7 @@ fnFinger await =192.168.1.20
 fnStage network-lease 'A lease has come'
 
 fnSend w1
+sleep 1.5 # the hand disappears after one second and is back after two
 fnStage wink 'Wink: an operator finds the device by its blinking hand'
 fnStage wink-blink 'It blinks once a second'
 fnSend w0
