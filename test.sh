@@ -1,15 +1,27 @@
 #!/bin/bash
 # Installs what is needed, builds everything and passes the tests: with GCC, and with Clang under the sanitizers.
+#
+#   test.sh [--aarch64]
+#
+# --aarch64  builds for the device's processor instead and passes the tests in an emulator
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packaging/install-build-packages.sh
+case ${1:-} in
+'') presets=(dev asan) ;;
+--aarch64) presets=(aarch64) ;;
+*)
+    sed -n '2,6s/^# \?//p' "$0" >&2
+    exit 2
+    ;;
+esac
+packaging/install-build-packages.sh "$@"
 
 # Whoever builds with another compiler than ours shall not be stopped by its new warnings.
 warnings=OFF
 [[ -z ${CI:-} ]] || warnings=ON
 
-for preset in dev asan; do
+for preset in "${presets[@]}"; do
     cmake --preset "$preset" -DCMAKE_COMPILE_WARNING_AS_ERROR="$warnings"
     cmake --build --preset "$preset"
     ctest --preset "$preset" -j2

@@ -1,9 +1,10 @@
 #!/bin/bash
 # Installs what building, testing and showing the panel needs on Debian 12; does nothing if all of it is there.
 #
-#   install-build-packages.sh [--keyboard]
+#   install-build-packages.sh [--keyboard | --aarch64]
 #
 # --keyboard  also an on-screen keyboard, for the demo
+# --aarch64   also what building for AArch64 and running it here needs; lets the machine have packages of arm64
 set -euo pipefail
 
 packages=(
@@ -16,6 +17,7 @@ packages=(
     qtvirtualkeyboard-plugin qml-module-qtquick2 qml-module-qtquick-layouts qml-module-qtquick-window2
     qml-module-qt-labs-folderlistmodel xcompmgr
 )
+[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user-static qtbase5-dev:arm64)
 
 missing=()
 for package in "${packages[@]}"; do
@@ -25,5 +27,6 @@ done
 
 root=()
 [[ $(id -u) == 0 ]] || root=(sudo)
+[[ ${1:-} != --aarch64 ]] || "${root[@]}" dpkg --add-architecture arm64
 "${root[@]}" apt-get update -qq
 "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
