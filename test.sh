@@ -1,5 +1,6 @@
 #!/bin/bash
-# Installs what is needed, builds everything and passes the tests: with GCC, and with Clang under the sanitizers.
+# Installs what is needed, builds everything and passes the tests: with GCC, with Clang under the sanitizers, and of the
+# Debian package.
 #
 #   test.sh [--aarch64]
 #
@@ -8,10 +9,10 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 case ${1:-} in
-'') presets=(dev asan) ;;
---aarch64) presets=(aarch64) ;;
+'') presets=(dev asan release) ;;
+--aarch64) presets=(aarch64 aarch64-release) ;;
 *)
-    sed -n '2,6s/^# \?//p' "$0" >&2
+    sed -n '2,7s/^# \?//p' "$0" >&2
     exit 2
     ;;
 esac

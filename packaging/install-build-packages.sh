@@ -8,7 +8,7 @@
 set -euo pipefail
 
 packages=(
-    build-essential clang cmake libclang-rt-14-dev llvm ninja-build
+    build-essential clang cmake file libclang-rt-14-dev llvm ninja-build
     qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
     fonts-liberation fonts-dejavu-core imagemagick openbox
     iproute2 python3 strace tzdata util-linux x11-utils xdotool xserver-xephyr xvfb

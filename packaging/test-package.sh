@@ -1,0 +1,54 @@
+#!/bin/bash
+# Makes the Debian package, installs it, starts the program and removes the package. To be run in the sandbox, where
+# nothing of it lasts.
+#
+#   test-package.sh BUILD_DIR [EMULATOR]
+set -euo pipefail
+build=$1
+emulator=("${@:2}")
+cd "$(mktemp -d)"
+
+fnExpect() { # WHAT ACTUAL EXPECTED
+    [[ $2 != "$3" ]] || return 0
+    printf '%s is\n%s\ninstead of\n%s\n' "$@" >&2
+    exit 1
+}
+
+# A database of its own that knows the machine's packages, so that dependencies count and no trigger leaves the sandbox.
+mkdir -p database/updates
+cp -r /var/lib/dpkg/{info,status} database
+[[ ! -e /var/lib/dpkg/arch ]] || cp /var/lib/dpkg/arch database
+rm -f /etc/dpkg/dpkg.cfg.d/*
+fnDpkg() { dpkg --admindir="$PWD/database" --log="$PWD/dpkg.log" --no-triggers "$@"; }
+# The paths of the package that are on the machine.
+fnFiles() { dpkg-deb --fsys-tarfile "$package" | tar -t | sed 's/^.//' | { xargs ls -d 2>/dev/null || true; } | sort; }
+
+cpack --config "$build/CPackConfig.cmake" -B "$PWD"
+package=$(echo ./*.deb)
+architecture=$(dpkg --print-architecture)
+((${#emulator[@]} == 0)) || architecture=arm64
+fnExpect 'The architecture' "$(dpkg-deb -f "$package" Architecture)" "$architecture"
+depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' | sed -n '/^libqt5[a-z]*5a\?$/p' | sort | paste -sd ' ')
+fnExpect 'What it needs of Qt' "$depends" 'libqt5core5a libqt5dbus5 libqt5gui5 libqt5network5 libqt5widgets5'
+
+fnFiles >before
+fnDpkg --install "$package"
+fnFiles >after
+fnExpect 'What the package brings' "$(comm -13 before after | xargs stat -c '%A %U:%G %n')" \
+"-rwxr-xr-x root:root /usr/bin/tarnixUI
+drwxr-xr-x root:root /usr/share/doc/tarnixui/
+-rw-r--r-- root:root /usr/share/doc/tarnixui/changelog.Debian.gz
+-rw-r--r-- root:root /usr/share/doc/tarnixui/copyright
+-rw-r--r-- root:root /usr/share/doc/tarnixui/device.md
+-rw-r--r-- root:root /usr/share/doc/tarnixui/platform-service.md
+-rw-r--r-- root:root /usr/share/doc/tarnixui/runtime-protocol.md
+-rw-r--r-- root:root /usr/share/man/man1/tarnixUI.1.gz"
+fnExpect 'The version in the changelog' \
+    "$(zcat /usr/share/doc/tarnixui/changelog.Debian.gz | dpkg-parsechangelog -l - -S Version)" \
+    "$(dpkg-deb -f "$package" Version)"
+
+fnExpect 'What the program says' "$(echo quit | QT_QPA_PLATFORM=offscreen "${emulator[@]}" /usr/bin/tarnixUI)" \
+    $'First message\n> Good bye!'
+
+fnDpkg --purge tarnixui
+fnFiles | diff before -

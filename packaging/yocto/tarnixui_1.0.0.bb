@@ -1,0 +1,13 @@
+# A starting point for images made with Yocto. It has never been built. It needs the layer meta-qt5 and a release whose
+# CMake is 3.25 or newer, and builds the source tree that it lies in.
+SUMMARY = "Front panel of a PLC device"
+LICENSE = "CLOSED"
+
+inherit cmake_qt5 externalsrc
+
+EXTERNALSRC = "${THISDIR}/../.."
+DEPENDS = "qtbase"
+EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DTARNIXUI_TESTS=OFF"
+
+RDEPENDS:${PN} = "bash qtbase-plugins"
+RRECOMMENDS:${PN} = "liberation-fonts"
