@@ -25,12 +25,26 @@ constexpr int g_nProbes = 3;
 constexpr int g_nRootAttempts = 3;
 constexpr int g_nMacBytes = 6;
 
+/** Waits until Qt's thread has noted the name that the bus has given to a new connection. */
+void settleConnection(const QDBusConnection& oConnection)
+{
+    // Each call to a service looks at the list of such names, which that thread changes without a lock: a
+    // call that is too early can crash. Calls to the bus do not look; by its second reply the name is there.
+    const auto oCall =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
+    oConnection.call(oCall, QDBus::Block, g_nProbeTimeoutMs);
+    oConnection.call(oCall, QDBus::Block, g_nProbeTimeoutMs);
+}
+
 QDBusConnection* openConnection(QDBusConnection::BusType eBus)
 {
     // Qt keeps a failed standard connection until the process ends; one under a name of its own can be closed
     // again.
     static int nOpened = 0;
-    return new QDBusConnection(QDBusConnection::connectToBus(eBus, QStringLiteral("ovik-%1").arg(++nOpened)));
+    const auto oConnection = QDBusConnection::connectToBus(eBus, QStringLiteral("ovik-%1").arg(++nOpened));
+    settleConnection(oConnection);
+    return new QDBusConnection(oConnection);
 }
 
 void closeConnection(QDBusConnection* pConnection)
