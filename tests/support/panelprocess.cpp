@@ -73,8 +73,12 @@ PanelProcess::~PanelProcess()
 bool PanelProcess::start()
 {
     m_oProcess.start();
-    return m_oProcess.waitForStarted() &&
-           QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
+    const bool bStarted = m_oProcess.waitForStarted() &&
+                          QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
+    if (!bStarted) {
+        qWarning() << m_oProcess << output() << log();
+    }
+    return bStarted;
 }
 
 void PanelProcess::send(const QByteArray& oBytes)
