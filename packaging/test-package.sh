@@ -39,7 +39,9 @@ fnExpect 'What the package brings' "$(comm -13 before after | xargs stat -c '%A 
 drwxr-xr-x root:root /usr/share/doc/tarnixui/
 -rw-r--r-- root:root /usr/share/doc/tarnixui/changelog.Debian.gz
 -rw-r--r-- root:root /usr/share/doc/tarnixui/copyright
+-rw-r--r-- root:root /usr/share/doc/tarnixui/date-and-time.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/device.md
+-rw-r--r-- root:root /usr/share/doc/tarnixui/network-settings.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/platform-service.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/runtime-protocol.md
 -rw-r--r-- root:root /usr/share/man/man1/tarnixUI.1.gz"

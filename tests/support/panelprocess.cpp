@@ -76,7 +76,8 @@ bool PanelProcess::start()
     const bool bStarted = m_oProcess.waitForStarted() &&
                           QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
     if (!bStarted) {
-        qWarning() << m_oProcess << output() << log();
+        qWarning() << m_oProcess.errorString() << m_oProcess.state() << m_oProcess.exitStatus()
+                   << m_oProcess.exitCode() << output() << log();
     }
     return bStarted;
 }
