@@ -44,9 +44,8 @@ private slots:
         const Display oDisplay(screen);
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
-        oPanel.send("a000\n"); // scrolls to the clock, once it is laid out
-        QVERIFY(oDisplay.pointer("mousemove 100 250 click --repeat 20 5"));
-        QTRY_VERIFY(oPanel.widget("systemTimeForm_Label").rect().bottom() < screen.height());
+        QTRY_VERIFY(oDisplay.pointer("mousemove 100 250 click --repeat 20 5") && // once the panel is shown
+                    oPanel.widget("systemTimeForm_Label").rect().bottom() < screen.height());
         QVERIFY(oDisplay.tap(oPanel.widget("systemTimeForm_Label").rect().center()));
         QCOMPARE(oPanel.waitForText("ntpStatus_Label", "Last sync:64 secs ago"),
                  QString("Last sync:64 secs ago"));
