@@ -37,8 +37,8 @@ public:
     ~OVIKPlatform() override;
 
     /**
-     * Connects to the bus that has the service and creates the proxies; blocks up to 5 s for each probe of
-     * the service.
+     * Connects to the bus that has the service and creates the proxies; blocks up to 5 s for each call that
+     * it makes.
      *
      * Every operation that needs a connection calls it while there is none. Returns false, without a
      * connection, when no bus can be reached or a session bus can be reached but no bus has the service; the
@@ -50,10 +50,10 @@ public:
     /**
      * Selects the interface that the operations below read and write.
      *
-     * pName is UTF-8 text; null or empty selects "eth0". The cached settings stay those of the interface
+     * szName is UTF-8 text; null or empty selects "eth0". The cached settings stay those of the interface
      * before. Always true.
      */
-    bool SetInterfaceName(const char* pName);
+    bool SetInterfaceName(const char* szName);
 
     /** Copies the cached MAC address, the first byte first, to the six bytes at pAddress. Always true. */
     bool GetMacAddress(unsigned char* pAddress) const;
