@@ -12,12 +12,9 @@
 
 namespace {
 
-// What the bus says of a name that nobody has, and what it says when a receiver does not reply in time.
+// What the bus says of a name that nobody has.
 const QString s_strAbsent =
     QStringLiteral(R"("The name com.quen.OVIK was not provided by any .service files")");
-const QString s_strLate = QStringLiteral(
-    R"("Did not receive a reply. Possible causes include: the remote application did not send a reply, the message bus )"
-    R"(security policy blocked the reply, the reply timeout expired, or the network connection was broken.")");
 
 QString retry(const QString& strError, int nPass)
 {
@@ -151,7 +148,10 @@ private slots:
         QCOMPARE(oHang.startAndReadLine("sh", {"-c", strHang.arg(m_oSimulator.processId())}),
                  QString("stopped"));
         QCOMPARE(oClient.act("Init"), QString("true"));
-        QCOMPARE(oClient.takeLog(), QStringList(retry(s_strLate, 1)));
+        const QString strLog = oClient.takeLog().join('\n');
+        QVERIFY2(
+            QRegularExpression("^.* \"Did not receive a reply[^\n]*-> retry # 1$").match(strLog).hasMatch(),
+            qPrintable(strLog));
         oPatientBus.stop();
     }
 
