@@ -8,11 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
-
-const QStringList s_oFields{"ipAddress_LineEdit", "subnetMask_LineEdit", "gateway_LineEdit"};
-
-} // namespace
+static const QStringList s_oFields{"ipAddress_LineEdit", "subnetMask_LineEdit", "gateway_LineEdit"};
 
 /** Stands in for the panel: eth0 with DHCP, all others without, and a list of what it is asked. */
 class Panel : public QWidget, public NetworkInterfaceAccess
@@ -45,26 +41,24 @@ private slots:
     {
         QTest::addColumn<QStringList>("names");
         QTest::addColumn<QString>("interface");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QStringList>("calls");
+        QTest::addColumn<QString>("shownAndAsked");
         const QStringList oNames{"eth0", "eth1"};
-        const QString strAddresses = "10.0.0.1|255.0.0.0|10.0.0.254";
+        const QString strAddresses = "10.0.0.1|255.0.0.0|10.0.0.254|";
+        const QString strNothing = "00:00:00:00:00:00|Yes|||";
         QTest::newRow("first") << oNames << "eth0"
-                               << "eth0|0:a:1b|Yes|" + strAddresses << QStringList("get eth0");
+                               << "eth0|0:a:1b|Yes|" + strAddresses + "get eth0";
         QTest::newRow("second") << oNames << "eth1"
-                                << "eth1|0:a:1b|No|" + strAddresses << QStringList{"get eth1", "get eth1"};
+                                << "eth1|0:a:1b|No|" + strAddresses + "get eth1|get eth1";
         QTest::newRow("unknown") << oNames << "ETH1"
-                                 << "eth0|00:00:00:00:00:00|Yes|||" << QStringList();
+                                 << "eth0|" + strNothing;
         QTest::newRow("none") << QStringList() << "eth0"
-                              << "|00:00:00:00:00:00|Yes|||" << QStringList();
+                              << "|" + strNothing;
     }
 
     void showsTheInterface()
     {
         QFETCH(QStringList, names);
         QFETCH(QString, interface);
-        QFETCH(QString, shown);
-        QFETCH(QStringList, calls);
         Panel oPanel;
         const NetworkSettingsDialog oDialog(listOf(names), interface, &oPanel);
         QStringList oShown{oDialog.findChild<QComboBox*>("interfaceList_comboBox")->currentText(),
@@ -73,8 +67,7 @@ private slots:
         for (const QString& strField : s_oFields) {
             oShown.append(oDialog.findChild<QLineEdit*>(strField)->text());
         }
-        QCOMPARE(oShown.join('|'), shown);
-        QCOMPARE(oPanel.m_oCalls, calls);
+        QTEST((oShown + oPanel.m_oCalls).join('|'), "shownAndAsked");
         QCOMPARE(oDialog.windowTitle(), QString("Network Adapter Parameters"));
         QVERIFY(!(oDialog.windowFlags() & Qt::WindowMinMaxButtonsHint));
     }
