@@ -90,8 +90,9 @@ public:
      *
      * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. A text that is
      * no JSON object, or lacks a field, gives the field its default: no address, DHCP off. Returns false
-     * without a connection. Returns true with the cache unchanged when the service replies with an error, or
-     * with JSON that has a value of another type than its key asks for.
+     * without a connection. Returns true with the cache unchanged, which is that of the interface read
+     * before, when the service replies with an error, or with JSON that has a value of another type than its
+     * key asks for.
      */
     bool UpdateNetworkSettings();
 
