@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int g_nFailed = 1;
-const QString g_strSteeringName = QStringLiteral("com.quen.OVIK.Simulator");
-const QString g_strSteeringPath = QStringLiteral("/Simulator");
+constexpr int s_nFailed = 1;
+const QString s_strSteeringName = QStringLiteral("com.quen.OVIK.Simulator");
+const QString s_strSteeringPath = QStringLiteral("/Simulator");
 
 void addOptions(QCommandLineParser& oParser)
 {
@@ -65,13 +65,13 @@ bool publishSteering(QDBusConnection oBus, Steering& oSteering)
     oBus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                  QCoreApplication::instance(), SLOT(quit()));
-    return oBus.registerObject(g_strSteeringPath, &oSteering) && oBus.registerService(g_strSteeringName);
+    return oBus.registerObject(s_strSteeringPath, &oSteering) && oBus.registerService(s_strSteeringName);
 }
 
 int fail(const std::string& strReason)
 {
     std::cerr << "ovik-simulator: " << strReason << std::endl;
-    return g_nFailed;
+    return s_nFailed;
 }
 
 } // namespace

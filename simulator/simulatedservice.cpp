@@ -2,8 +2,8 @@
 
 namespace {
 
-const QString g_strService = QStringLiteral("com.quen.OVIK");
-const QString g_strRootPath = QStringLiteral("/");
+const QString s_strService = QStringLiteral("com.quen.OVIK");
+const QString s_strRootPath = QStringLiteral("/");
 
 } // namespace
 
@@ -35,7 +35,7 @@ bool SimulatedService::publish()
         connectObjects();
     }
     publishRoot();
-    return QDBusConnection(m_strConnection).registerService(g_strService);
+    return QDBusConnection(m_strConnection).registerService(s_strService);
 }
 
 void SimulatedService::connectObjects()
@@ -52,10 +52,10 @@ void SimulatedService::publishRoot()
 {
     QDBusConnection oConnection(m_strConnection);
     if (m_oWorld.fault() != World::eFault_RootLate) {
-        oConnection.registerObject(g_strRootPath, &m_oRoot);
+        oConnection.registerObject(s_strRootPath, &m_oRoot);
         return;
     }
-    oConnection.unregisterObject(g_strRootPath);
+    oConnection.unregisterObject(s_strRootPath);
     if (m_oWorld.number() >= 0) {
         m_oRecovery.start(m_oWorld.number());
     }
@@ -68,7 +68,7 @@ void SimulatedService::withdraw()
     if (m_strConnection.isEmpty()) {
         return;
     }
-    QDBusConnection(m_strConnection).unregisterService(g_strService);
+    QDBusConnection(m_strConnection).unregisterService(s_strService);
     QDBusConnection::disconnectFromBus(m_strConnection);
     m_strConnection.clear();
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int g_nMaxCallCharacters = 8 * 1024 * 1024;
+constexpr int s_nMaxCallCharacters = 8 * 1024 * 1024;
 
 enum eArgument {
     eArgument_None,
@@ -19,13 +19,13 @@ enum eArgument {
 
 struct sFault
 {
-    const char* m_pName;
+    const char* m_szName;
     eArgument m_eArgument;
     int m_nDefault;
 };
 
 // In the order of World::eFault.
-const sFault g_aFaults[] = {
+const sFault s_aFaults[] = {
     {"well", eArgument_None, -1},
     {"absent", eArgument_None, -1},
     {"root-late", eArgument_Number, -1},
@@ -83,8 +83,8 @@ QString lineOf(const QDBusMessage& oCall)
 QStringList World::names()
 {
     QStringList oNames;
-    for (const sFault& oFault : g_aFaults) {
-        oNames << QLatin1String(oFault.m_pName);
+    for (const sFault& oFault : s_aFaults) {
+        oNames << QLatin1String(oFault.m_szName);
     }
     return oNames;
 }
@@ -96,8 +96,8 @@ bool World::set(const QString& strName, const QString& strArgument)
         return false;
     }
     QString strText = strArgument;
-    int nNumber = g_aFaults[nFault].m_nDefault;
-    if (!splitArgument(g_aFaults[nFault].m_eArgument, strText, nNumber)) {
+    int nNumber = s_aFaults[nFault].m_nDefault;
+    if (!splitArgument(s_aFaults[nFault].m_eArgument, strText, nNumber)) {
         return false;
     }
     m_eFault = static_cast<eFault>(nFault);
@@ -118,7 +118,7 @@ void World::noteCall(const QDBusMessage& oCall)
     std::cout << strLine.toStdString() << std::endl;
     m_oCalls << strLine;
     m_nCallCharacters += strLine.size();
-    while (m_nCallCharacters > g_nMaxCallCharacters) {
+    while (m_nCallCharacters > s_nMaxCallCharacters) {
         m_nCallCharacters -= m_oCalls.takeFirst().size();
     }
 }

@@ -17,15 +17,15 @@
 
 namespace {
 
-constexpr int g_nRounds = 3000;
-constexpr int g_nRefreshes = 200;
-constexpr int g_nPrograms = 50;
-const char* const g_pFirstInit = "--first-init";
-constexpr double g_dMaxRatio = 1.15;
-constexpr double g_dMaxRefreshRatio = 1.2;
-constexpr double g_dMaxFailingMs = 5;
+constexpr int s_nRounds = 3000;
+constexpr int s_nRefreshes = 200;
+constexpr int s_nPrograms = 50;
+const char* const s_szFirstInit = "--first-init";
+constexpr double s_dMaxRatio = 1.15;
+constexpr double s_dMaxRefreshRatio = 1.2;
+constexpr double s_dMaxFailingMs = 5;
 
-const char* const g_pDocument =
+const char* const s_szDocument =
     R"({ "version" : 1, "interfaces" : [ { "name" : "eth0", "label" : "WAN", "mac_address" : "00:11:22:33:44:55",
  "ip_address" : "192.168.1.20", "netmask" : "255.255.255.0", "gateway_ip" : "192.168.1.1", "dhcp" : true,
  "configured" : true, "readonly" : false, "virtual" : false, "hidden" : false, "actual_ip_address" : "192.168.1.20",
@@ -59,9 +59,9 @@ int timeFirstInit()
 bool measureFailingInit()
 {
     std::vector<double> oTimes;
-    for (int i = 0; i < g_nPrograms; ++i) {
+    for (int i = 0; i < s_nPrograms; ++i) {
         QProcess oProgram;
-        oProgram.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(g_pFirstInit)});
+        oProgram.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(s_szFirstInit)});
         oProgram.waitForFinished();
         bool bMeasured = false;
         oTimes.push_back(oProgram.readAllStandardOutput().trimmed().toDouble(&bMeasured));
@@ -73,7 +73,7 @@ bool measureFailingInit()
     const double dWorst = *std::max_element(oTimes.begin(), oTimes.end());
     std::cout << "first Init() without a bus: median " << median(oTimes) << " ms, longest " << dWorst << " ms"
               << std::endl;
-    return median(oTimes) < g_dMaxFailingMs;
+    return median(oTimes) < s_dMaxFailingMs;
 }
 
 /** Returns the bare call that reading an interface makes. */
@@ -104,7 +104,7 @@ bool measureRefresh()
     const auto oBus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("bare"));
     std::vector<double> oBare;
     std::vector<double> oRefresh;
-    for (int i = 0; i < g_nRefreshes; ++i) {
+    for (int i = 0; i < s_nRefreshes; ++i) {
         oBare.push_back(milliseconds([&] {
             for (const QDBusMessage& oCall : qAsConst(oCalls)) {
                 oBus.call(oCall);
@@ -117,7 +117,7 @@ bool measureRefresh()
     const double dRatio = median(oRefresh) / median(oBare);
     std::cout << oCalls.size() << " bare calls " << median(oBare) << " ms, refresh of the panel "
               << median(oRefresh) << " ms, ratio " << dRatio << std::endl;
-    return dRatio <= g_dMaxRefreshRatio;
+    return dRatio <= s_dMaxRefreshRatio;
 }
 
 /** Measures both ways in turns, so that whatever else the machine does strikes both. */
@@ -127,7 +127,7 @@ bool measureUpdate()
     const auto oBus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("bare"));
     std::vector<double> oBare;
     std::vector<double> oUpdate;
-    for (int i = 0; i < g_nRounds; ++i) {
+    for (int i = 0; i < s_nRounds; ++i) {
         oBare.push_back(milliseconds([&] { oBus.call(oCall); }));
         oUpdate.push_back(milliseconds([] { OVIKPlatform::getInstance()->UpdateNetworkSettings(); }));
         // Reads what the simulator wrote meanwhile.
@@ -136,7 +136,7 @@ bool measureUpdate()
     const double dRatio = median(oUpdate) / median(oBare);
     std::cout << "bare call " << median(oBare) << " ms, UpdateNetworkSettings() " << median(oUpdate)
               << " ms, ratio " << dRatio << std::endl;
-    return dRatio <= g_dMaxRatio && OVIKPlatform::getInstance()->GetIpAddressAsString() == "192.168.1.20";
+    return dRatio <= s_dMaxRatio && OVIKPlatform::getInstance()->GetIpAddressAsString() == "192.168.1.20";
 }
 
 } // namespace
@@ -148,7 +148,7 @@ int main(int argc, char* argv[])
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     const QApplication oApplication(argc, argv);
-    if (QCoreApplication::arguments().contains(QLatin1String(g_pFirstInit))) {
+    if (QCoreApplication::arguments().contains(QLatin1String(s_szFirstInit))) {
         return timeFirstInit();
     }
 
@@ -158,7 +158,7 @@ int main(int argc, char* argv[])
         return 1;
     }
     const bool bQuickRefresh = measureRefresh();
-    if (!oSimulator.setDocument(QString::fromLatin1(g_pDocument))) {
+    if (!oSimulator.setDocument(QString::fromLatin1(s_szDocument))) {
         return 1;
     }
     const bool bQuickUpdate = measureUpdate();

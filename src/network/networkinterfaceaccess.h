@@ -6,6 +6,7 @@
 class NetworkInterfaceAccess
 {
 public:
+    /** Ends with whoever implements it. */
     virtual ~NetworkInterfaceAccess() = default;
 
     /** Returns the settings of the named interface as the system has them now; empty texts if it cannot tell.

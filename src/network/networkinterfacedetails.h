@@ -8,7 +8,7 @@ struct sNetworkInterfaceDetails
     QString m_strName;      /**< as the operating system reports it, for example eth0 */
     QString m_strIPAddress; /**< empty if none is known */
     QString m_strSubnetMask;
-    QString m_strStdGateway;
-    QString m_strMacId;     /**< hexadecimal bytes in lower case without leading zeros, joined with ":" */
-    bool m_bISDHCP = false; /**< the interface takes its address by DHCP */
+    QString m_strStdGateway; /**< the default gateway */
+    QString m_strMacId;      /**< hexadecimal bytes in lower case without leading zeros, joined with ":" */
+    bool m_bISDHCP = false;  /**< the interface takes its address by DHCP */
 };

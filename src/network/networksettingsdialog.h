@@ -27,6 +27,7 @@ public:
      */
     NetworkSettingsDialog(const QList<sNetworkInterfaceDetails>& oInterfacesList,
                           const QString& strInterfaceName, QWidget* pParent);
+    /** Deletes the form. */
     ~NetworkSettingsDialog() override;
 
 signals:

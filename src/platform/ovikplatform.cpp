@@ -16,14 +16,14 @@ namespace {
 
 using Interface = OVIK::NetworkConfiguration::Interface;
 
-const QString g_strService = QStringLiteral("com.quen.OVIK");
-const QString g_strRootPath = QStringLiteral("/");
-const QString g_strDefaultInterface = QStringLiteral("eth0");
-const QString g_strNTPService = QStringLiteral("ntpd");
-constexpr int g_nProbeTimeoutMs = 5000;
-constexpr int g_nProbes = 3;
-constexpr int g_nRootAttempts = 3;
-constexpr int g_nMacBytes = 6;
+const QString s_strService = QStringLiteral("com.quen.OVIK");
+const QString s_strRootPath = QStringLiteral("/");
+const QString s_strDefaultInterface = QStringLiteral("eth0");
+const QString s_strNTPService = QStringLiteral("ntpd");
+constexpr int s_nProbeTimeoutMs = 5000;
+constexpr int s_nProbes = 3;
+constexpr int s_nRootAttempts = 3;
+constexpr int s_nMacBytes = 6;
 
 /** Waits until Qt's thread has noted the name that the bus has given to a new connection. */
 void settleConnection(const QDBusConnection& oConnection)
@@ -33,8 +33,8 @@ void settleConnection(const QDBusConnection& oConnection)
     const auto oCall =
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
                                        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
-    oConnection.call(oCall, QDBus::Block, g_nProbeTimeoutMs);
-    oConnection.call(oCall, QDBus::Block, g_nProbeTimeoutMs);
+    oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
+    oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
 }
 
 QDBusConnection* openConnection(QDBusConnection::BusType eBus)
@@ -57,8 +57,8 @@ void closeConnection(QDBusConnection* pConnection)
 QDBusMessage callRoot(const QDBusConnection& oConnection, const QString& strInterface,
                       const QString& strMember)
 {
-    const auto oCall = QDBusMessage::createMethodCall(g_strService, g_strRootPath, strInterface, strMember);
-    return oConnection.call(oCall, QDBus::Block, g_nProbeTimeoutMs);
+    const auto oCall = QDBusMessage::createMethodCall(s_strService, s_strRootPath, strInterface, strMember);
+    return oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
 }
 
 /** Returns the reply to the ping. */
@@ -75,11 +75,12 @@ bool isReply(const QDBusMessage& oMessage)
 }
 
 template<typename Proxy>
-Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnection, const char* pInvalidText)
+Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnection,
+                         const char* szInvalidText)
 {
-    auto* pProxy = new Proxy(g_strService, strPath, oConnection, nullptr);
+    auto* pProxy = new Proxy(s_strService, strPath, oConnection, nullptr);
     if (!pProxy->isValid()) {
-        qWarning() << pInvalidText << oConnection.lastError();
+        qWarning() << szInvalidText << oConnection.lastError();
     }
     return pProxy;
 }
@@ -162,7 +163,7 @@ bool OVIKPlatform::connectToBus()
 bool OVIKPlatform::findService()
 {
     QDBusMessage oReply;
-    for (int nRetry = 1; nRetry <= g_nProbes; ++nRetry) {
+    for (int nRetry = 1; nRetry <= s_nProbes; ++nRetry) {
         oReply = probeService(*m_ovikConnection);
         if (isReply(oReply)) {
             waitForRootObject();
@@ -201,8 +202,8 @@ bool OVIKPlatform::fallBackToSessionBus(const QString& strPingError)
 
 void OVIKPlatform::waitForRootObject()
 {
-    for (int nAttempt = 0; nAttempt < g_nRootAttempts; ++nAttempt) {
-        m_ovik = new ComQuenOVIKInterface(g_strService, g_strRootPath, *m_ovikConnection, this);
+    for (int nAttempt = 0; nAttempt < s_nRootAttempts; ++nAttempt) {
+        m_ovik = new ComQuenOVIKInterface(s_strService, s_strRootPath, *m_ovikConnection, this);
         if (m_ovik->isValid()) {
             return;
         }
@@ -231,11 +232,11 @@ bool OVIKPlatform::isConnectedOrInit()
     return m_ovikConnection || Init();
 }
 
-bool OVIKPlatform::SetInterfaceName(const char* pName)
+bool OVIKPlatform::SetInterfaceName(const char* szName)
 {
-    ifName = QString::fromUtf8(pName);
+    ifName = QString::fromUtf8(szName);
     if (ifName.isEmpty()) {
-        ifName = g_strDefaultInterface;
+        ifName = s_strDefaultInterface;
     }
     return true;
 }
@@ -301,7 +302,7 @@ bool OVIKPlatform::SetDHCP(bool bDHCP)
 
 bool OVIKPlatform::UpdateNetworkSettings()
 {
-    if (!isConnectedOrInit() || !m_networkManager) {
+    if (!isConnectedOrInit()) {
         return false;
     }
     QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
@@ -330,14 +331,14 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
     // Without this an interface that has no MAC address would show that of the interface read before.
     std::fill(std::begin(macAddress), std::end(macAddress), quint8(0));
     const QStringList oParts = oInterface.mac_address.split(QLatin1Char(':'));
-    std::transform(oParts.cbegin(), oParts.cbegin() + std::min(oParts.size(), g_nMacBytes),
+    std::transform(oParts.cbegin(), oParts.cbegin() + std::min(oParts.size(), s_nMacBytes),
                    std::begin(macAddress),
                    [](const QString& strPart) { return static_cast<quint8>(strPart.toInt(nullptr, 16)); });
 }
 
 bool OVIKPlatform::SetNetworkSettings()
 {
-    if (!isConnectedOrInit() || !m_networkManager) {
+    if (!isConnectedOrInit()) {
         return false;
     }
     QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
@@ -365,7 +366,7 @@ bool OVIKPlatform::SetNetworkSettings()
 
 QHostAddress OVIKPlatform::GetBestInterfaceIP()
 {
-    if (!isConnectedOrInit() || !m_networkManager) {
+    if (!isConnectedOrInit()) {
         return {};
     }
     QDBusPendingReply<QString> oReply = m_networkManager->getConfigJSON();
@@ -393,7 +394,7 @@ QHostAddress OVIKPlatform::GetBestInterfaceIP()
 
 quint32 OVIKPlatform::GetVersion()
 {
-    if (!isConnectedOrInit() || version != 0 || !m_mainosInfo) {
+    if (!isConnectedOrInit() || version != 0) {
         return version;
     }
     QDBusPendingReply<partitionInfo> oReply = m_mainosInfo->info();
@@ -413,13 +414,13 @@ void OVIKPlatform::restartNTPDService(bool bEnable)
         return;
     }
     // Every change starts from a daemon that is stopped and disabled.
-    m_serviceManager->stop(g_strNTPService);
-    m_serviceManager->disable(g_strNTPService);
+    m_serviceManager->stop(s_strNTPService);
+    m_serviceManager->disable(s_strNTPService);
     if (!bEnable) {
         return;
     }
-    m_serviceManager->enable(g_strNTPService);
-    m_serviceManager->start(g_strNTPService);
+    m_serviceManager->enable(s_strNTPService);
+    m_serviceManager->start(s_strNTPService);
 }
 
 bool OVIKPlatform::isNTPDEnabled()
@@ -427,7 +428,7 @@ bool OVIKPlatform::isNTPDEnabled()
     if (!m_serviceManager) {
         return false;
     }
-    QDBusPendingReply<bool> oReply = m_serviceManager->enabled(g_strNTPService);
+    QDBusPendingReply<bool> oReply = m_serviceManager->enabled(s_strNTPService);
     oReply.waitForFinished();
     return !oReply.isError() && oReply.value();
 }

@@ -37,8 +37,8 @@ public:
     ~OVIKPlatform() override;
 
     /**
-     * Connects to the bus that has the service and creates the proxies; blocks up to 5 s for each probe of
-     * the service.
+     * Connects to the bus that has the service and creates the proxies; blocks up to 5 s for each call that
+     * it makes.
      *
      * Every operation that needs a connection calls it while there is none. Returns false, without a
      * connection, when no bus can be reached or a session bus can be reached but no bus has the service; the
@@ -50,10 +50,10 @@ public:
     /**
      * Selects the interface that the operations below read and write.
      *
-     * pName is UTF-8 text; null or empty selects "eth0". The cached settings stay those of the interface
+     * szName is UTF-8 text; null or empty selects "eth0". The cached settings stay those of the interface
      * before. Always true.
      */
-    bool SetInterfaceName(const char* pName);
+    bool SetInterfaceName(const char* szName);
 
     /** Copies the cached MAC address, the first byte first, to the six bytes at pAddress. Always true. */
     bool GetMacAddress(unsigned char* pAddress) const;
@@ -90,8 +90,9 @@ public:
      *
      * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. A text that is
      * no JSON object, or lacks a field, gives the field its default: no address, DHCP off. Returns false
-     * without a connection. Returns true with the cache unchanged when the service replies with an error, or
-     * with JSON that has a value of another type than its key asks for.
+     * without a connection. Returns true with the cache unchanged, which is that of the interface read
+     * before, when the service replies with an error, or with JSON that has a value of another type than its
+     * key asks for.
      */
     bool UpdateNetworkSettings();
 

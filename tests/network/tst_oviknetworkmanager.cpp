@@ -26,12 +26,16 @@ bool read(Record& record, const char* text)
     return record.fromJSONObject(readText(text));
 }
 
-// Reads a text; returns what the record writes of it.
+// Reads a text; returns what the record writes of it. Leaks of what was read are found by the sanitizer.
 template<class Record>
 QString readAndWrite(const QString& text)
 {
     Record record;
-    return record.fromJSON(text) ? record.toJSON() : QStringLiteral("refused");
+    try {
+        return record.fromJSON(text) ? record.toJSON() : QStringLiteral("refused");
+    } catch (const json::Exception&) {
+        return QStringLiteral("throws");
+    }
 }
 
 const QMap<QString, QString (*)(const QString&)> readers = {
@@ -40,8 +44,7 @@ const QMap<QString, QString (*)(const QString&)> readers = {
     {"Dns", readAndWrite<Dns>},
     {"BridgeService", readAndWrite<BridgeService>}};
 
-// Returns the rows of the test's table, each a text with the class that reads it, what comes of it and the
-// warnings.
+// Returns the rows of the test's table: each a class, a text, what the class writes of it, and the warnings.
 QJsonArray texts()
 {
     return readTable(QFINDTESTDATA("texts.json"));
@@ -64,162 +67,116 @@ private slots:
     void initTestCase() { qInstallMessageHandler(keepWarning); }
     void cleanupTestCase() { qInstallMessageHandler(nullptr); }
 
-    void readsAndWrites_data();
-    void readsAndWrites();
-    void readsEveryField();
-    void wrongTypesThrow();
-    void readsInOrderUntilItThrows();
-    void versionHeldBlocksReading();
-    void refusedDocumentKeepsInterfaces();
-    void absentKeysKeepFields();
-    void bridgesAreAdded();
-    void copiesAreDeep();
-};
-
-void NetworkManagerTest::readsAndWrites_data()
-{
-    QTest::addColumn<QJsonValue>("row");
-    QVERIFY(!texts().isEmpty());
-    for (const QJsonValue row : texts()) {
-        QTest::addRow("%s %s", qPrintable(row["class"].toString()),
-                      qPrintable(row["text"].toString().left(40)))
-            << row;
+    void readsAndWrites_data()
+    {
+        QTest::addColumn<QJsonValue>("row");
+        QVERIFY(!texts().isEmpty());
+        for (const QJsonValue row : texts()) {
+            QTest::addRow("%s %s", qPrintable(row["class"].toString()),
+                          qPrintable(row["text"].toString().left(40)))
+                << row;
+        }
     }
-}
 
-void NetworkManagerTest::readsAndWrites()
-{
-    QFETCH(QJsonValue, row);
-    QCOMPARE(readers[row["class"].toString()](row["text"].toString()), row["written"].toString());
-    QCOMPARE(QJsonArray::fromStringList(warnings), row["warnings"].toArray());
-}
+    void readsAndWrites()
+    {
+        QFETCH(QJsonValue, row);
+        QCOMPARE(readers[row["class"].toString()](row["text"].toString()), row["written"].toString());
+        QCOMPARE(QJsonArray::fromStringList(warnings), row["warnings"].toArray());
+    }
 
-// What is written could have been read into the wrong field and written from there again.
-void NetworkManagerTest::readsEveryField()
-{
-    NetworkConfiguration document;
-    QVERIFY(document.fromJSON(fullDocument()));
-    const Interface& eth0 = *document.interfaces.value("eth0");
-    QCOMPARE(QStringList({eth0.label, eth0.mac_address, eth0.ip_address, eth0.netmask, eth0.gateway_ip,
-                          eth0.actual_ip_address, eth0.actual_netmask, eth0.actual_gateway_ip}),
-             QStringList({"WAN", "00:00:00:00:00:01", "192.168.1.20", "255.255.255.0", "192.168.1.1",
-                          "192.168.1.21", "255.255.0.0", "192.168.1.2"}));
-    QVERIFY(eth0.metric == 3 && eth0.actual_metric == 4 && eth0.dhcp && eth0.configured);
-    QVERIFY(!eth0.readOnly && !eth0.virt && !eth0.hidden);
-}
-
-// Leaks of what was read before are found by the sanitizer.
-void NetworkManagerTest::wrongTypesThrow()
-{
-    const QJsonArray table = readTable(QFINDTESTDATA("wrongtypes.json"));
-    QVERIFY(!table.isEmpty());
-    for (const QJsonValue& text : table) {
+    // What is written could have been read into the wrong field and written from there again.
+    void readsEveryField()
+    {
         NetworkConfiguration document;
-        document.interfaces.insert("old", new Interface);
-        QVERIFY_EXCEPTION_THROWN(document.fromJSON(text.toString()), json::Exception);
+        QVERIFY(document.fromJSON(fullDocument()));
+        const Interface& eth0 = *document.interfaces.value("eth0");
+        QCOMPARE(QVariantList({eth0.label, eth0.mac_address, eth0.ip_address, eth0.netmask, eth0.gateway_ip,
+                               eth0.actual_ip_address, eth0.actual_netmask, eth0.actual_gateway_ip,
+                               eth0.metric, eth0.actual_metric}),
+                 QVariantList({"WAN", "00:00:00:00:00:01", "192.168.1.20", "255.255.255.0", "192.168.1.1",
+                               "192.168.1.21", "255.255.0.0", "192.168.1.2", 3, 4}));
+        QVERIFY(eth0.dhcp && eth0.configured && !eth0.readOnly && !eth0.virt && !eth0.hidden);
+    }
+
+    // What stands before the wrong value is read, what comes after it is not, in the order of the reading.
+    void readsInOrderUntilItThrows()
+    {
+        Interface record;
+        QVERIFY_EXCEPTION_THROWN(read(record,
+                                      R"({"mac_address":"m","dhcp":true,"actual_metric":5,"metric":"x",)"
+                                      R"("actual_gateway_ip":"g","label":"l","name":"n"})"),
+                                 json::Exception);
+        QVERIFY(record.name == "n" && record.label == "l" && record.actual_gateway_ip == "g");
+        QVERIFY(record.actual_metric == 0 && !record.dhcp && record.mac_address.isEmpty());
+    }
+
+    void versionHeldBlocksReading()
+    {
+        NetworkConfiguration document;
+        json::Object notANumber;
+        notANumber["version"] = json::Number(std::numeric_limits<double>::quiet_NaN());
+        QVERIFY(document.fromJSONObject(notANumber) && document.version == 0);
+        QVERIFY(read(document, R"({"version":3,"hostname":"b"})"));
+        QVERIFY(!read(document, R"({"version":4,"hostname":"c"})"));
+        QCOMPARE(warnings, QStringList("Unsupported network manager version  4"));
+        QVERIFY(document.fromJSON(R"({"version":4})"));
+        QVERIFY(document.version == 3 && document.hostname == "b");
+    }
+
+    void refusedDocumentKeepsInterfaces()
+    {
+        NetworkConfiguration document;
+        QVERIFY(read(document, R"({"version":0,"interfaces":[{"name":"old"}]})"));
+        QVERIFY(!read(document, R"({"version":2,"hostname":"h","bridge":{"interfaces":["b"]},)"
+                                R"("interfaces":[{"name":"eth0"},{"name":"eth0"}]})"));
+        QCOMPARE(warnings, QStringList(R"(Interface  "eth0"  already defined)"));
         QCOMPARE(document.interfaces.keys(), QStringList("old"));
-        QVERIFY(document.bridge.list.isEmpty() && warnings.isEmpty());
+        QVERIFY(document.version == 2 && document.hostname == "h" && !document.bridge.interfaces.isEmpty());
     }
-}
 
-// What stands before the wrong value is read, what comes after it is not, in the order of the reading.
-void NetworkManagerTest::readsInOrderUntilItThrows()
-{
-    Interface record;
-    QVERIFY_EXCEPTION_THROWN(read(record, R"({"mac_address":"m","dhcp":true,"actual_metric":5,"metric":"x",)"
-                                          R"("actual_gateway_ip":"g","label":"l","name":"n"})"),
-                             json::Exception);
-    QVERIFY(record.name == "n" && record.label == "l" && record.actual_gateway_ip == "g");
-    QVERIFY(record.actual_metric == 0 && !record.dhcp && record.mac_address.isEmpty());
-}
-
-void NetworkManagerTest::versionHeldBlocksReading()
-{
-    NetworkConfiguration document;
-    json::Object notANumber;
-    notANumber["version"] = json::Number(std::numeric_limits<double>::quiet_NaN());
-    QVERIFY(document.fromJSONObject(notANumber) && document.version == 0);
-    QVERIFY(read(document, R"({"version":0,"hostname":"a"})"));
-    QVERIFY(read(document, R"({"version":3,"hostname":"b"})"));
-    QVERIFY(!read(document, R"({"version":4,"hostname":"c"})"));
-    QCOMPARE(warnings, QStringList("Unsupported network manager version  4"));
-    QVERIFY(document.fromJSON(R"({"version":4})"));
-    QVERIFY(document.version == 3 && document.hostname == "b");
-}
-
-void NetworkManagerTest::refusedDocumentKeepsInterfaces()
-{
-    const QMap<QByteArray, QString> expected = {
-        {R"({"name":"eth0"})", R"(Interface  "eth0"  already defined)"},
-        {"5", "Cannot find interface name in json"}};
-    for (const QByteArray& interface : expected.keys()) {
+    void absentKeysKeepFields()
+    {
         NetworkConfiguration document;
-        auto* old = new Interface;
-        document.interfaces.insert("old", old);
-        warnings.clear();
-        QVERIFY(
-            !read(document, R"({"version":2,"hostname":"h","bridge":{"list":[{"name":"b","interfaces":[]}]},)"
-                            R"("interfaces":[{"name":"eth0"},)" +
-                                interface + "]}"));
-        QCOMPARE(warnings, QStringList(expected[interface]));
-        QVERIFY(document.interfaces.size() == 1 && document.interfaces.value("old") == old);
-        QVERIFY(document.version == 2 && document.hostname == "h" && document.bridge.list.contains("b"));
+        QVERIFY(read(document, R"({"version":0,"interfaces":[{"name":"eth0"},{"name":"eth1"}]})"));
+        QVERIFY(read(document, R"({"version":0})"));
+        QCOMPARE(document.interfaces.keys(), QStringList({"eth0", "eth1"}));
+        QVERIFY(read(document, R"({"version":0,"interfaces":[]})"));
+        QVERIFY(document.interfaces.isEmpty());
+        Interface record;
+        record.label = "kept";
+        QVERIFY(read(record, R"({"name":"eth0","metric":2})"));
+        QVERIFY(record.label == "kept" && record.metric == 2);
+        Dns dns;
+        dns.nameservers = dns.search = QStringList("old");
+        QVERIFY(read(dns, R"({"servers":[{"ip":"1.1.1.1"}]})"));
+        QVERIFY(dns.nameservers == QStringList("1.1.1.1") && dns.search.isEmpty());
+        // A bridge service adds to what it has.
+        BridgeService service;
+        QVERIFY(read(service, R"({"interfaces":["a"],"list":[{"name":"x","interfaces":["i"],"fd":9}]})"));
+        QVERIFY(read(service, R"({"interfaces":["b"],"list":[{"name":"y","interfaces":[]}]})"));
+        QCOMPARE(service.interfaces + service.list.keys(), QStringList({"a", "b", "x", "y"}));
+        QCOMPARE(service.list.value("x")->fd, 9);
     }
-}
 
-void NetworkManagerTest::absentKeysKeepFields()
-{
-    NetworkConfiguration document;
-    QVERIFY(read(document, R"({"version":0,"interfaces":[{"name":"eth0"},{"name":"eth1"}]})"));
-    QVERIFY(read(document, R"({"version":0})"));
-    QCOMPARE(document.interfaces.keys(), QStringList({"eth0", "eth1"}));
-    QVERIFY(read(document, R"({"version":0,"interfaces":[]})"));
-    QVERIFY(document.interfaces.isEmpty());
-    Interface record;
-    record.label = "kept";
-    QVERIFY(read(record, R"({"name":"eth0","metric":2})"));
-    QVERIFY(record.label == "kept" && record.metric == 2);
-    Dns dns;
-    dns.nameservers = dns.search = QStringList("old");
-    QVERIFY(read(dns, R"({"servers":[{"ip":"1.1.1.1"}]})"));
-    QVERIFY(dns.nameservers == QStringList("1.1.1.1") && dns.search.isEmpty());
-}
-
-void NetworkManagerTest::bridgesAreAdded()
-{
-    BridgeService service;
-    QVERIFY(read(service, R"({"interfaces":["a"],"list":[{"name":"x","interfaces":["i"],"fd":9}]})"));
-    QVERIFY(read(service, R"({"interfaces":["b"],"list":[{"name":"y","interfaces":[]}]})"));
-    QCOMPARE(service.interfaces, QStringList({"a", "b"}));
-    QCOMPARE(service.list.keys(), QStringList({"x", "y"}));
-    QCOMPARE(service.list.value("x")->fd, 9);
-}
-
-void NetworkManagerTest::copiesAreDeep()
-{
-    NetworkConfiguration original;
-    QVERIFY(original.fromJSON(fullDocument()));
-    NetworkConfiguration changed(original);
-    QVERIFY(changed == original);
-    changed.interfaces.value("eth0")->label = "changed";
-    QVERIFY(!(changed == original));
-    changed = original;
-    changed.hostname.clear();
-    QVERIFY(!(changed == original));
-    NetworkConfiguration copy;
-    copy = original;
-    QVERIFY(copy == original);
-    copy.bridge.list.value("br0")->stp = false;
-    QVERIFY(!(copy == original));
-    const NetworkConfiguration& same = copy;
-    copy = same;
-    copy.bridge = same.bridge;
-    QVERIFY(!copy.bridge.list.value("br0")->stp);
-    QCOMPARE(original.toJSON(), fullDocument());
-    copy.bridge.list.value("br0")->stp = true;
-    delete copy.interfaces.take("eth1");
-    QVERIFY(!(copy == original));
-}
+    void copiesAreDeep()
+    {
+        NetworkConfiguration original;
+        QVERIFY(original.fromJSON(fullDocument()));
+        NetworkConfiguration copy(original);
+        QVERIFY(copy == original);
+        copy.interfaces.value("eth0")->label = "changed";
+        QVERIFY(!(copy == original));
+        copy = original;
+        copy.bridge.list.value("br0")->stp = false;
+        QVERIFY(!(copy == original));
+        QCOMPARE(original.toJSON(), fullDocument());
+        const NetworkConfiguration& same = copy;
+        copy = same;
+        copy.bridge = same.bridge;
+        QVERIFY(!copy.bridge.list.value("br0")->stp);
+    }
+};
 
 QTEST_APPLESS_MAIN(NetworkManagerTest)
 #include "tst_oviknetworkmanager.moc"
