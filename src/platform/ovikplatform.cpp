@@ -16,10 +16,10 @@ namespace {
 
 using Interface = OVIK::NetworkConfiguration::Interface;
 
-const QString s_strService = QStringLiteral("com.quen.OVIK");
-const QString s_strRootPath = QStringLiteral("/");
-const QString s_strDefaultInterface = QStringLiteral("eth0");
-const QString s_strNTPService = QStringLiteral("ntpd");
+constexpr char s_szService[] = "com.quen.OVIK";
+constexpr char s_szRootPath[] = "/";
+constexpr char s_szDefaultInterface[] = "eth0";
+constexpr char s_szNTPService[] = "ntpd";
 constexpr int s_nProbeTimeoutMs = 5000;
 constexpr int s_nProbes = 3;
 constexpr int s_nRootAttempts = 3;
@@ -57,7 +57,7 @@ void closeConnection(QDBusConnection* pConnection)
 QDBusMessage callRoot(const QDBusConnection& oConnection, const QString& strInterface,
                       const QString& strMember)
 {
-    const auto oCall = QDBusMessage::createMethodCall(s_strService, s_strRootPath, strInterface, strMember);
+    const auto oCall = QDBusMessage::createMethodCall(s_szService, s_szRootPath, strInterface, strMember);
     return oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
 }
 
@@ -78,7 +78,7 @@ template<typename Proxy>
 Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnection,
                          const char* szInvalidText)
 {
-    auto* pProxy = new Proxy(s_strService, strPath, oConnection, nullptr);
+    auto* pProxy = new Proxy(s_szService, strPath, oConnection, nullptr);
     if (!pProxy->isValid()) {
         qWarning() << szInvalidText << oConnection.lastError();
     }
@@ -203,7 +203,7 @@ bool OVIKPlatform::fallBackToSessionBus(const QString& strPingError)
 void OVIKPlatform::waitForRootObject()
 {
     for (int nAttempt = 0; nAttempt < s_nRootAttempts; ++nAttempt) {
-        m_ovik = new ComQuenOVIKInterface(s_strService, s_strRootPath, *m_ovikConnection, this);
+        m_ovik = new ComQuenOVIKInterface(s_szService, s_szRootPath, *m_ovikConnection, this);
         if (m_ovik->isValid()) {
             return;
         }
@@ -236,7 +236,7 @@ bool OVIKPlatform::SetInterfaceName(const char* szName)
 {
     ifName = QString::fromUtf8(szName);
     if (ifName.isEmpty()) {
-        ifName = s_strDefaultInterface;
+        ifName = s_szDefaultInterface;
     }
     return true;
 }
@@ -414,13 +414,13 @@ void OVIKPlatform::restartNTPDService(bool bEnable)
         return;
     }
     // Every change starts from a daemon that is stopped and disabled.
-    m_serviceManager->stop(s_strNTPService);
-    m_serviceManager->disable(s_strNTPService);
+    m_serviceManager->stop(s_szNTPService);
+    m_serviceManager->disable(s_szNTPService);
     if (!bEnable) {
         return;
     }
-    m_serviceManager->enable(s_strNTPService);
-    m_serviceManager->start(s_strNTPService);
+    m_serviceManager->enable(s_szNTPService);
+    m_serviceManager->start(s_szNTPService);
 }
 
 bool OVIKPlatform::isNTPDEnabled()
@@ -428,7 +428,7 @@ bool OVIKPlatform::isNTPDEnabled()
     if (!m_serviceManager) {
         return false;
     }
-    QDBusPendingReply<bool> oReply = m_serviceManager->enabled(s_strNTPService);
+    QDBusPendingReply<bool> oReply = m_serviceManager->enabled(s_szNTPService);
     oReply.waitForFinished();
     return !oReply.isError() && oReply.value();
 }
