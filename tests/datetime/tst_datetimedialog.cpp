@@ -207,15 +207,16 @@ private:
         }
     }
 
-    bool hasProcess(QProcess::ProcessState eState) const
+    bool isIdle() const
     {
-        const auto oAll = m_pDialog ? m_pDialog->findChildren<QProcess*>() : QList<QProcess*>();
-        return std::any_of(oAll.begin(), oAll.end(), [=](const QProcess* p) { return p->state() == eState; });
+        const auto oAll = m_pDialog->findChildren<QProcess*>();
+        return std::all_of(oAll.begin(), oAll.end(),
+                           [](const QProcess* p) { return p->state() == QProcess::NotRunning; });
     }
 
     void awaitIdle()
     {
-        waitFor([this] { return !hasProcess(QProcess::Starting) && !hasProcess(QProcess::Running); });
+        waitFor([this] { return isIdle(); });
         QFile oCommands("/tmp/commands");
         if (oCommands.open(QIODevice::ReadOnly)) {
             for (const QString& strLine :
