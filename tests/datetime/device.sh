@@ -24,7 +24,12 @@ fnTool() { # NAME COMMAND: what the tool does from now on
 }
 
 fnGone() { # waits for the end of all that sleeps for 1000 s
-    while /tmp/original/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\0' ' ' | grep -q 'sleep 100[0]'; do sleep 0.01; done
+    local i
+    for ((i = 0; i < 300; i++)); do
+        /tmp/original/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\0' ' ' | grep -q 'sleep 100[0]' || return 0
+        sleep 0.01
+    done
+    echo 'something sleeps on'
 }
 
 fnState() { # what Apply leaves behind: the link, the name in the file and the mode of that
