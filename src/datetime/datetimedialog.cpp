@@ -52,8 +52,8 @@ QString shellWord(const QString& strText)
 QString textBetweenBrackets(const QString& strText)
 {
     const int nBegin = strText.indexOf('[') + 1;
-    const int nEnd = strText.indexOf(']', nBegin);
-    return strText.mid(nBegin, nEnd < 0 ? -1 : nEnd - nBegin);
+    const int nEnd = strText.indexOf(']');
+    return strText.mid(nBegin, nEnd < nBegin ? -1 : nEnd - nBegin);
 }
 
 void replaceNTPConfiguration()
@@ -253,7 +253,7 @@ void DateTimeDialog::append(QString& strOutput, const QString& strPiece, int nMa
     strOutput += strPiece.leftRef(nMaxSize - strOutput.size());
     if (strOutput.size() == nMaxSize) {
         disconnect(m_pProcess, SIGNAL(readyReadStandardOutput()), this, nullptr);
-        m_pProcess->kill();
+        static_cast<ToolProcess*>(m_pProcess.data())->killGroup();
     }
 }
 

@@ -44,8 +44,8 @@ public:
     /**
      * Builds the dialog and starts to read; the caller shows it.
      *
-     * Asks the platform service whether the NTP daemon is enabled and waits for the answer; the service must
-     * have been found before (OVIKPlatform::Init()).
+     * Asks the platform service whether the NTP daemon is enabled and waits for the answer. Without one, as
+     * when OVIKPlatform::Init() has not found the service, the daemon counts as not enabled.
      */
     explicit DateTimeDialog(QWidget* pParent);
     /** Kills the tool that is still running, with all that it has started. */

@@ -25,10 +25,10 @@ public:
      */
     void close() override;
 
+    /** Kills the tool, which must run, with all that it has started, and waits for nothing. */
+    void killGroup();
+
 protected:
     /** Gives the child its process group. */
     void setupChildProcess() override;
-
-private:
-    void killGroup();
 };

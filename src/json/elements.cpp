@@ -575,7 +575,8 @@ Array::iterator Array::Insert(UnknownElement element, iterator where)
 UnknownElement& Array::operator[](std::size_t nIndex)
 {
     if (nIndex >= m_Elements.size()) {
-        m_Elements.resize(nIndex + 1);
+        m_Elements.resize(nIndex); // not nIndex + 1, which may be 0
+        m_Elements.emplace_back();
     }
     return m_Elements[nIndex];
 }

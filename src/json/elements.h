@@ -238,7 +238,10 @@ public:
     /** Inserts the element before where; returns an iterator to it. Invalidates other iterators. */
     iterator Insert(UnknownElement element, iterator where);
 
-    /** Returns the element at nIndex, counted from 0. Grows the array with nulls when it is shorter. */
+    /**
+     * Returns the element at nIndex, counted from 0. Grows the array with nulls when it is shorter; throws a
+     * standard exception when there is no memory for that.
+     */
     UnknownElement& operator[](std::size_t nIndex);
     /** Returns the element at nIndex, counted from 0; throws Exception "Array out of bounds" beyond the last.
      */

@@ -23,20 +23,18 @@ fnTool() { # NAME COMMAND: what the tool does from now on
     /tmp/original/chmod +x "/tmp/real/$1"
 }
 
-fnPeer() { # LINE: what ntpq tells
-    fnTool ntpq "echo; echo; printf '%s\n' '$1'"
-}
-
-fnSettings() { # TEXT
-    printf '%s' "$1" >/etc/kadconfig/datetime.json
-}
-
 fnGone() { # waits for the end of all that sleeps for 1000 s
-    while /tmp/original/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\0' ' ' | grep -q 'sleep 100[0]'; do sleep 0.01; done
+    local i
+    for ((i = 0; i < 300; i++)); do
+        /tmp/original/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\0' ' ' | grep -q 'sleep 100[0]' || return 0
+        sleep 0.01
+    done
+    echo 'something sleeps on'
 }
 
-fnState() { # what Apply leaves behind
-    readlink /etc/localtime
-    /tmp/original/cat -v /etc/timezone
-    stat -c '%a' /etc/timezone
+fnState() { # what Apply leaves behind: the link, the name in the file and the mode of that
+    local link name
+    link=$(readlink /etc/localtime)
+    name=$(/tmp/original/cat -v /etc/timezone)
+    echo "${link#/usr/share/zoneinfo/} is $name, $(stat -c %a /etc/timezone)"
 }

@@ -33,9 +33,9 @@ private slots:
     void setsZone_data()
     {
         QTest::addColumn<QSize>("screen");
-        for (const QSize oSize : {QSize(272, 480), QSize(480, 272), QSize(800, 480)}) {
-            QTest::addRow("%dx%d", oSize.width(), oSize.height()) << oSize;
-        }
+        QTest::newRow("272x480") << QSize(272, 480);
+        QTest::newRow("480x272") << QSize(480, 272);
+        QTest::newRow("800x480") << QSize(800, 480);
     }
 
     void setsZone()

@@ -39,69 +39,65 @@ class WriterTest : public QObject
     Q_OBJECT
 
 private slots:
-    void writes();
-    void cleanup() { std::locale::global(std::locale::classic()); }
-    void keepsFormatsButNoLocale();
-    void flushesOrLeavesTheErrorInTheStream();
-};
-
-void WriterTest::writes()
-{
-    const QJsonArray table = readTable(QFINDTESTDATA("written.json"));
-    QVERIFY(!table.isEmpty());
-    for (const QJsonValue& row : table) {
-        const Object oDocument = readText(row["text"].toString().toLatin1().toStdString());
-        QCOMPARE(writeText(oDocument), row["written"].toString().toLatin1().toStdString());
+    void writes()
+    {
+        const QJsonArray table = readTable(QFINDTESTDATA("written.json"));
+        QVERIFY(!table.isEmpty());
+        for (const QJsonValue& row : table) {
+            const Object oDocument = readText(row["text"].toString().toLatin1().toStdString());
+            QCOMPARE(writeText(oDocument), row["written"].toString().toLatin1().toStdString());
+        }
+        // No text can hold these.
+        Object oObject;
+        oObject["i"] = Number(std::numeric_limits<double>::infinity());
+        oObject["n"] = Number(std::numeric_limits<double>::quiet_NaN());
+        QCOMPARE(writeText(oObject), std::string(R"({"i" : inf,"n" : nan})"));
     }
-    // No text can hold these.
-    Object oObject;
-    oObject["i"] = Number(std::numeric_limits<double>::infinity());
-    oObject["n"] = Number(std::numeric_limits<double>::quiet_NaN());
-    QCOMPARE(writeText(oObject), std::string(R"({"i" : inf,"n" : nan})"));
-}
 
-void WriterTest::keepsFormatsButNoLocale()
-{
-    using Base = std::ios_base;
-    const std::vector<std::pair<Base::fmtflags, std::string>> expected = {
-        {Base::dec, "1234567.5"},
-        {Base::fixed, "1234567.50000000000000000000"},
-        {Base::scientific | Base::uppercase, "1.23456750000000000000E+06"},
-        {Base::showpos, "+1234567.5"},
-        {Base::showpoint, "1234567.5000000000000"}};
-    for (const std::locale& oLocale :
-         {std::locale::classic(), std::locale(std::locale::classic(), new GermanNumbers)}) {
-        std::locale::global(oLocale);
-        const Object oDocument = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
-        QVERIFY(oDocument.Find("a")->element == Number(1234567.5));
-        QVERIFY(oDocument.Find("b")->element == Number(0));
-        std::ostringstream oText;
-        for (const auto& [nFlags, sExpected] : expected) {
-            oText.str("");
-            oText.flags(nFlags);
-            Writer::Write(oDocument, oText);
-            QCOMPARE(oText.str().substr(0, 8 + sExpected.size()), R"({"a" : )" + sExpected + ',');
-            QCOMPARE(oText.precision(), std::streamsize(20));
+    void cleanup() { std::locale::global(std::locale::classic()); }
+    void keepsFormatsButNoLocale()
+    {
+        using Base = std::ios_base;
+        const std::vector<std::pair<Base::fmtflags, std::string>> expected = {
+            {Base::dec, "1234567.5"},
+            {Base::fixed, "1234567.50000000000000000000"},
+            {Base::scientific | Base::uppercase, "1.23456750000000000000E+06"},
+            {Base::showpos, "+1234567.5"},
+            {Base::showpoint, "1234567.5000000000000"}};
+        for (const std::locale& oLocale :
+             {std::locale::classic(), std::locale(std::locale::classic(), new GermanNumbers)}) {
+            std::locale::global(oLocale);
+            const Object oDocument = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
+            QVERIFY(oDocument.Find("a")->element == Number(1234567.5));
+            QVERIFY(oDocument.Find("b")->element == Number(0));
+            std::ostringstream oText;
+            for (const auto& [nFlags, sExpected] : expected) {
+                oText.str("");
+                oText.flags(nFlags);
+                Writer::Write(oDocument, oText);
+                QCOMPARE(oText.str().substr(0, 8 + sExpected.size()), R"({"a" : )" + sExpected + ',');
+                QCOMPARE(oText.precision(), std::streamsize(20));
+            }
         }
     }
-}
 
-void WriterTest::flushesOrLeavesTheErrorInTheStream()
-{
-    const Object oDocument = readText(R"({"name":["some","strings"]})");
-    const std::size_t nSize = writeText(oDocument).size();
-    for (std::size_t nRoom = 0; nRoom <= nSize; ++nRoom) {
-        FullDevice oDevice(nRoom);
-        std::ostream oStream(&oDevice);
-        Writer::Write(oDocument, oStream);
-        QCOMPARE(oStream.bad(), nRoom < nSize);
-        QCOMPARE(oDevice.m_nSyncs, nRoom < nSize ? 0 : 1);
+    void flushesOrLeavesTheErrorInTheStream()
+    {
+        const Object oDocument = readText(R"({"name":["some","strings"]})");
+        const std::size_t nSize = writeText(oDocument).size();
+        for (std::size_t nRoom = 0; nRoom <= nSize; ++nRoom) {
+            FullDevice oDevice(nRoom);
+            std::ostream oStream(&oDevice);
+            Writer::Write(oDocument, oStream);
+            QCOMPARE(oStream.bad(), nRoom < nSize);
+            QCOMPARE(oDevice.m_nSyncs, nRoom < nSize ? 0 : 1);
+        }
+        std::ostringstream oFailed;
+        oFailed.setstate(std::ios_base::failbit);
+        Writer::Write(oDocument, oFailed);
+        QVERIFY(oFailed.str().empty());
     }
-    std::ostringstream oFailed;
-    oFailed.setstate(std::ios_base::failbit);
-    Writer::Write(oDocument, oFailed);
-    QVERIFY(oFailed.str().empty());
-}
+};
 
 QTEST_APPLESS_MAIN(WriterTest)
 #include "tst_writer.moc"
