@@ -48,11 +48,6 @@ private:
     std::array<bool, 256> m_Contains = {};
 };
 
-const std::string sQuotationMark = "\"";
-const std::string sTrue = "true";
-const std::string sFalse = "false";
-const std::string sNull = "null";
-
 constexpr ByteSet oBlanks(" \t");
 constexpr ByteSet oWhiteSpace(" \t\n\v\f\r");
 constexpr ByteSet oNumberBytes("0123456789.eE-+");
@@ -438,9 +433,9 @@ std::string Reader::MatchValue(int nType, InputStream& inputStream)
     case Token::TOKEN_NUMBER:
         return MatchNumber(inputStream);
     case Token::TOKEN_BOOLEAN:
-        return MatchLiteral(c == 't' ? sTrue : sFalse, inputStream);
+        return MatchLiteral(c == 't' ? "true" : "false", inputStream);
     case Token::TOKEN_NULL:
-        return MatchLiteral(sNull, inputStream);
+        return MatchLiteral("null", inputStream);
     default:
         ThrowUnexpected(c, inputStream);
     }
@@ -466,15 +461,15 @@ std::string Reader::MatchString(InputStream& inputStream)
 void Reader::MatchQuotationMark(InputStream& inputStream)
 {
     if (inputStream.EOS() || inputStream.Peek() != '"') {
-        MatchExpectedString(inputStream, sQuotationMark);
+        MatchExpectedString(inputStream, "\"");
     }
     inputStream.Get();
 }
 
-const std::string& Reader::MatchLiteral(const std::string& sLiteral, InputStream& inputStream)
+std::string Reader::MatchLiteral(std::string_view sLiteral, InputStream& inputStream)
 {
     MatchExpectedString(inputStream, sLiteral);
-    return sLiteral;
+    return std::string(sLiteral);
 }
 
 char Reader::MatchEscaped(InputStream& inputStream)
@@ -506,11 +501,11 @@ std::string Reader::MatchNumber(InputStream& inputStream)
     return inputStream.GetAll(oNumberBytes);
 }
 
-void Reader::MatchExpectedString(InputStream& inputStream, const std::string& sExpected)
+void Reader::MatchExpectedString(InputStream& inputStream, std::string_view sExpected)
 {
     for (const char c : sExpected) {
         if (inputStream.EOS() || inputStream.Get() != c) {
-            throw ScanException("Expected string: " + sExpected, inputStream.GetLocation());
+            throw ScanException("Expected string: " + std::string(sExpected), inputStream.GetLocation());
         }
     }
 }
@@ -626,7 +621,7 @@ void Reader::Parse(Number& number, TokenStream& tokenStream)
 
 void Reader::Parse(Boolean& boolean, TokenStream& tokenStream)
 {
-    boolean.Value() = MatchExpectedToken(Token::TOKEN_BOOLEAN, tokenStream) == sTrue;
+    boolean.Value() = MatchExpectedToken(Token::TOKEN_BOOLEAN, tokenStream) == "true";
 }
 
 void Reader::Parse(Null& /*null*/, TokenStream& tokenStream)

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace json {
@@ -79,10 +80,10 @@ private:
     static std::string MatchValue(int nType, InputStream& inputStream);
     static std::string MatchString(InputStream& inputStream);
     static void MatchQuotationMark(InputStream& inputStream);
-    static const std::string& MatchLiteral(const std::string& sLiteral, InputStream& inputStream);
+    static std::string MatchLiteral(std::string_view sLiteral, InputStream& inputStream);
     static char MatchEscaped(InputStream& inputStream);
     static std::string MatchNumber(InputStream& inputStream);
-    static void MatchExpectedString(InputStream& inputStream, const std::string& sExpected);
+    static void MatchExpectedString(InputStream& inputStream, std::string_view sExpected);
 
     void Parse(UnknownElement& element, TokenStream& tokenStream);
     void Parse(Object& object, TokenStream& tokenStream);
