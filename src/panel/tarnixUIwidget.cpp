@@ -31,6 +31,7 @@ constexpr char s_szTimeFormat[] = "HH:mm:ss";
 constexpr int s_nClockMilliseconds = 1000;
 constexpr int s_nNetworkMilliseconds = 10000;
 constexpr int s_nMaxApplications = 1001;
+constexpr int s_nMaxTextLength = 65536; // megabytes would take seconds to lay out
 
 constexpr char s_szScrollBarSheet[] =
     "QScrollBar { background-color: rgb(220,220,220); }"
@@ -54,6 +55,11 @@ bool isFifo(const char* szPath)
 {
     struct stat oStatus = {};
     return lstat(szPath, &oStatus) == 0 && S_ISFIFO(oStatus.st_mode);
+}
+
+void showText(QLabel* pLabel, const QString& strText)
+{
+    pLabel->setText(strText.left(s_nMaxTextLength));
 }
 
 void setTextColor(QWidget* pWidget, const QColor& oColor)
@@ -271,7 +277,7 @@ void TarnixUI::enableTouchScrolling()
 
 void TarnixUI::setDeviceType(const QString& strText)
 {
-    ui->deviceTypeForm_Label->setText(strText);
+    showText(ui->deviceTypeForm_Label, strText);
 }
 
 void TarnixUI::setIdentNo(const QString& strText)
@@ -282,7 +288,7 @@ void TarnixUI::setIdentNo(const QString& strText)
 
 void TarnixUI::setTargetVersion(const QString& strText)
 {
-    ui->targetVersionForm_Label->setText(strText);
+    showText(ui->targetVersionForm_Label, strText);
 }
 
 void TarnixUI::setNumberOfAppsinUI(int nCount)
@@ -351,18 +357,18 @@ const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
 void TarnixUI::setApplicationName(const QString& strText, int nIndex)
 {
     if (nIndex == 0) {
-        ui->appnameForm_Label->setText(strText);
+        showText(ui->appnameForm_Label, strText);
     } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
-        pRow->m_pAppFormLabel->setText(strText);
+        showText(pRow->m_pAppFormLabel, strText);
     }
 }
 
 void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
 {
     if (nIndex == 0) {
-        ui->plcStatusForm_Label->setText(strText);
+        showText(ui->plcStatusForm_Label, strText);
     } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
-        pRow->m_pStatFormLabel->setText(strText);
+        showText(pRow->m_pStatFormLabel, strText);
     }
 }
 

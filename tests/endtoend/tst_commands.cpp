@@ -167,7 +167,7 @@ private slots:
         oPanel.process().setStandardInputFile(input);
         QVERIFY(oPanel.start());
         QVERIFY(!oPanel.widgets().isEmpty());
-        QVERIFY(input != "/dev/zero" || oPanel.waitForLog("Command line longer than 67108864 bytes dropped"));
+        QVERIFY(input != "/dev/zero" || oPanel.waitForLog("Command line longer than 4194304 bytes dropped"));
         QVERIFY(!oPanel.output().contains(s_oFarewell));
     }
 };
