@@ -81,8 +81,9 @@ void Console::readCommand()
     oWork.start();
 
     std::string strLine;
+    bool bPosted = false;
     for (bool bMore = true; bMore;) {
-        if (oWork.hasExpired(s_nWorkMilliseconds)) {
+        if (bPosted || oWork.hasExpired(s_nWorkMilliseconds)) {
             QTimer::singleShot(0, this, SLOT(readCommand()));
             return;
         }
@@ -93,6 +94,7 @@ void Console::readCommand()
             return;
         } else {
             execute(QString::fromUtf8(strLine.c_str()));
+            bPosted = strLine[0] == 'w'; // a wink takes effect before the next line
         }
     }
 

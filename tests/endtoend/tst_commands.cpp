@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -116,19 +115,17 @@ private slots:
     void floodStaysInOrder()
     {
         QByteArray oFlood;
+        QByteArray oLog;
         for (int i = 0; i < 100000; ++i) {
-            oFlood += "s" + QByteArray::number(i % 900 + 100) + "x\n";
+            const QByteArray oIndex = QByteArray::number(i % 900 + 100);
+            oFlood += "s" + oIndex + "x\n";
+            oLog += "setPLCStatus: ui element not found idx: " + oIndex + "  size:  0\n";
         }
         writeInput(oFlood);
         PanelProcess oPanel({}, s_strFromFile);
         oPanel.process().start();
         QVERIFY(oPanel.process().endsWell());
-        auto it = QRegularExpression("idx: (\\d+)  size").globalMatch(QString::fromLatin1(oPanel.log()));
-        int nCount = 0;
-        for (; it.hasNext(); ++nCount) {
-            QCOMPARE(it.next().captured(1).toInt(), nCount % 900 + 100);
-        }
-        QCOMPARE(nCount, 100000);
+        QCOMPARE(oPanel.log().mid(oPanel.log().indexOf("setPLCStatus")), oLog);
     }
 
     // The probe is answered by the event loop, long before the input is used up.
