@@ -16,6 +16,12 @@ void writeInput(const QByteArray& oInput)
     oFile.write(oInput);
 }
 
+QByteArray unknownIndexes(const PanelProcess& oPanel)
+{
+    const QByteArray oLog = oPanel.log();
+    return oLog.mid(oLog.indexOf("setPLCStatus"));
+}
+
 } // namespace
 
 class TestCommands : public QObject
@@ -75,41 +81,50 @@ private slots:
         QVERIFY2(qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
     }
 
-    void scenarios_data()
+    void texts()
     {
-        QTest::addColumn<QStringList>("steps");
-        QFile oFile(QFINDTESTDATA("scenarios.txt"));
-        QVERIFY(oFile.open(QIODevice::ReadOnly));
-        const QStringList oScenarios = QString::fromUtf8(oFile.readAll()).split("\n== ").mid(1);
-        for (const QString& strScenario : oScenarios) {
-            const QStringList oLines = strScenario.split('\n', Qt::SkipEmptyParts);
-            QTest::newRow(qPrintable(oLines.first())) << QStringList(oLines.mid(1));
-        }
-    }
-
-    void scenarios()
-    {
-        QFETCH(QStringList, steps);
         PanelProcess oPanel;
         QVERIFY(oPanel.start());
-        for (QString strStep : steps) {
-            strStep.replace("\\n", "\n").replace("\\r", "\r").replace("\\0", QChar());
-            const QString strVerb = strStep.section(' ', 0, 0);
-            const QString strText = strStep.section(' ', 1);
-            if (strVerb == "send") {
-                oPanel.send(strText.toUtf8());
-            } else if (strVerb == "shows") {
-                const QString strShown = strText.section(' ', 1);
-                QCOMPARE(oPanel.waitForText(strText.section(' ', 0, 0), strShown), strShown);
-            } else if (strVerb == "rows") {
-                QTRY_COMPARE(oPanel.namelessTexts().join('|'), strText);
-            } else {
-                QCOMPARE(strVerb, QString("logs"));
-                QTRY_COMPARE(oPanel.log().mid(oPanel.log().indexOf("setPLCStatus")), strText.toUtf8());
-            }
+        for (const QStringList& oStep : {
+                 QStringList{"i4711\ndPLC 500/600\n", "deviceTypeForm_Label", "PLC 500/600"},
+                 QStringList{"", "identNoForm_Label", ""},
+                 QStringList{"xyz\nV9\n\nquit \nQuit\nquit2\nquit\r\nd\n", "deviceTypeForm_Label", ""},
+                 QStringList{"", "targetVersionForm_Label", "TargVer"},
+                 QStringList{"v  1.2\r\n", "targetVersionForm_Label", "  1.2\r"},
+                 QStringList{QString("vab%1cd\n").arg(QChar()), "targetVersionForm_Label", "ab"},
+                 QStringList{"v1\nv2", "targetVersionForm_Label", "1"},
+                 QStringList{"3\n", "targetVersionForm_Label", "23"},
+                 QStringList{"a000Förder 泵\n", "appnameForm_Label", "Förder 泵"},
+                 QStringList{"s1Run\n", "plcStatusForm_Label", "n"}, // no number counts as 0
+                 QStringList{"s 0 Run\n", "plcStatusForm_Label", "Run"},
+                 QStringList{"a\n", "appnameForm_Label", ""},
+                 QStringList{"s\n", "plcStatusForm_Label", ""},
+             }) {
+            oPanel.send(oStep[0].toUtf8());
+            QCOMPARE(oPanel.waitForText(oStep[1], oStep[2]), oStep[2]);
         }
         QCOMPARE(oPanel.quit(), 0);
         QCOMPARE(oPanel.output(), s_oOutput);
+    }
+
+    void applicationRowsAreOffByOne()
+    {
+        PanelProcess oPanel;
+        QVERIFY(oPanel.start());
+        const QString strTwo = "PLC Status:|Application Name:|||PLC Status:|Application Name:|Run|One";
+        const QString strThird = "|PLC Status:|Application Name:||";
+        oPanel.send("n5\na001One\ns001Run\na004Four\ns-01Low\na003Three\n");
+        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo + strThird + strThird + "Three");
+        oPanel.send("n0\nnx\nn-3\nn3\n");
+        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo);
+        oPanel.send("n1\n");
+        QTRY_COMPARE(oPanel.namelessTexts(), QStringList());
+        oPanel.send("n4\n");
+        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo + strThird);
+        oPanel.send("n2147483647\ns999last\ns-99none\n");
+        const QByteArray oUnknown = "setPLCStatus: ui element not found idx: ";
+        QTRY_COMPARE(unknownIndexes(oPanel), oUnknown + "4  size:  4\n" + oUnknown + "-1  size:  4\n" +
+                                                 oUnknown + "-99  size:  1000\n");
     }
 
     void floodStaysInOrder()
@@ -125,7 +140,7 @@ private slots:
         PanelProcess oPanel({}, s_strFromFile);
         oPanel.process().start();
         QVERIFY(oPanel.process().endsWell());
-        QCOMPARE(oPanel.log().mid(oPanel.log().indexOf("setPLCStatus")), oLog);
+        QCOMPARE(unknownIndexes(oPanel), oLog);
     }
 
     // The probe is answered by the event loop, long before the input is used up.
