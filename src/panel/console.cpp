@@ -22,7 +22,7 @@
 namespace {
 
 constexpr std::size_t s_nChunkSize = 65536;
-constexpr std::size_t s_nMaxLineSize = 4 * 1024 * 1024;
+constexpr std::size_t s_nMaxLineSize = 4194304;
 constexpr qint64 s_nWorkMilliseconds =
     20; // well below the tenth of a second within which a touch is answered
 constexpr int s_nIndexPosition = 1;

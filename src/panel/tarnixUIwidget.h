@@ -104,7 +104,7 @@ public:
      * @return empty texts if the platform client is not connected; after an error reply, and before the first
      * answer, what was read last, possibly of another interface (required by the device's other software)
      */
-    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) override;
+    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
 
     /**
      * Sends the addresses and the DHCP flag of the record to the platform service, for the interface that the

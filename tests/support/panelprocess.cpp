@@ -46,7 +46,7 @@ PanelProcess::PanelProcess(const QString& strDisplay, const QString& strCommand)
     m_oProcess.setProgram("env");
     m_oProcess.setArguments({"DISPLAY=" + strDisplay, "QT_QPA_PLATFORM=" + strPlatform,
                              "QT_QPA_GENERIC_PLUGINS=probe:" + m_strSocket,
-                             "QT_PLUGIN_PATH=" PROBE_PLUGIN_PATH, "sh", "-c", strCommand});
+                             QString("QT_PLUGIN_PATH=") + PROBE_PLUGIN_PATH, "sh", "-c", strCommand});
     m_oProcess.setProcessChannelMode(QProcess::SeparateChannels);
     m_oProcess.setStandardErrorFile(m_strSocket + ".log");
 }
@@ -83,7 +83,7 @@ QByteArray PanelProcess::log() const
     return oLog.open(QIODevice::ReadOnly) ? oLog.readAll() : QByteArray();
 }
 
-bool PanelProcess::waitForLog(const QByteArray& oText)
+bool PanelProcess::waitForLog(const QByteArray& oText) const
 {
     return QTest::qWaitFor([&] { return log().contains(oText); }, s_nPatience);
 }

@@ -59,7 +59,7 @@ public:
     /** Returns all that the program has written to its log until now. */
     QByteArray log() const;
     /** Waits up to 10 s for the log to hold the text. */
-    bool waitForLog(const QByteArray& oText);
+    bool waitForLog(const QByteArray& oText) const;
     /** Returns the program's widgets; the answer comes from its event loop. Empty if it does not answer. */
     QList<sWidget> widgets();
     /** Returns the named widget; a nameless one if there is none. */
