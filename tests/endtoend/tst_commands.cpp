@@ -40,15 +40,10 @@ private slots:
             QCOMPARE(oPanel.output(), s_oOutput);
             QVERIFY2(!oPanel.log().contains("idx: 77"), szInput);
         }
-    }
-
-    // The numbers of closed streams must not fall to a connection of the program's own.
-    void closedStreams()
-    {
-        PanelProcess oPanel({}, "exec " PANEL_PROGRAM " <&- >&-");
-        oPanel.process().start();
-        QVERIFY(oPanel.process().endsWell());
-
+        // The numbers of closed streams must not fall to a connection of the program's own.
+        PanelProcess oClosed({}, "exec " PANEL_PROGRAM " <&- >&-");
+        oClosed.process().start();
+        QVERIFY(oClosed.process().endsWell());
         // A runtime that has closed its end of the output still gets the program to end cleanly.
         PanelProcess oUnheard;
         QVERIFY(oUnheard.start());
@@ -56,7 +51,7 @@ private slots:
         QCOMPARE(oUnheard.quit(), 0);
     }
 
-    void textsAtStart()
+    void texts()
     {
         PanelProcess oPanel;
         QVERIFY(oPanel.start());
@@ -79,12 +74,7 @@ private slots:
             oPanel.widget("systemDateForm_Label").text() + oPanel.widget("systemTimeForm_Label").text();
         const QDateTime oNow = QDateTime::fromString(strNow, "dd-MM-yyyyHH:mm:ss");
         QVERIFY2(qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
-    }
 
-    void texts()
-    {
-        PanelProcess oPanel;
-        QVERIFY(oPanel.start());
         for (const QStringList& oStep : {
                  QStringList{"i4711\ndPLC 500/600\n", "deviceTypeForm_Label", "PLC 500/600"},
                  QStringList{"", "identNoForm_Label", ""},

@@ -18,11 +18,6 @@ OVIKPlatform& platform()
     return *OVIKPlatform::getInstance();
 }
 
-bool truth()
-{
-    return g_oArgument == "true";
-}
-
 quint32 number()
 {
     return g_oArgument.toUInt(nullptr, 16);
@@ -61,7 +56,7 @@ const QMap<QByteArray, std::function<QVariant()>> g_oActions = {
     {"GetVersion", [] { return hexadecimal(platform().GetVersion()); }},
     {"Init", [] { return platform().Init(); }},
     {"Reboot", [] { return platform().Reboot(), QVariant(); }},
-    {"SetDHCP", [] { return platform().SetDHCP(truth()); }},
+    {"SetDHCP", [] { return platform().SetDHCP(g_oArgument == "true"); }},
     {"SetGateWay", [] { return platform().SetGateWay(number()); }},
     {"SetInterfaceName",
      [] { return platform().SetInterfaceName(g_oArgument == "null" ? nullptr : g_oArgument.constData()); }},
@@ -70,7 +65,7 @@ const QMap<QByteArray, std::function<QVariant()>> g_oActions = {
     {"SetNetworkSettings", [] { return platform().SetNetworkSettings(); }},
     {"UpdateNetworkSettings", [] { return platform().UpdateNetworkSettings(); }},
     {"isNTPDEnabled", [] { return platform().isNTPDEnabled(); }},
-    {"restartNTPDService", [] { return platform().restartNTPDService(truth()), QVariant(); }},
+    {"restartNTPDService", [] { return platform().restartNTPDService(g_oArgument == "true"), QVariant(); }},
 };
 
 } // namespace
