@@ -73,7 +73,7 @@ private slots:
         const QString strNow =
             oPanel.widget("systemDateForm_Label").text() + oPanel.widget("systemTimeForm_Label").text();
         const QDateTime oNow = QDateTime::fromString(strNow, "dd-MM-yyyyHH:mm:ss");
-        QVERIFY2(qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
+        QVERIFY2(oNow.isValid() && qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
 
         for (const QStringList& oStep : {
                  QStringList{"i4711\ndPLC 500/600\n", "deviceTypeForm_Label", "PLC 500/600"},
