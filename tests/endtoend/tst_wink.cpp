@@ -56,7 +56,14 @@ private slots:
             oTaken += oLabel.rect();
         }
         QCOMPARE(oShown.join('|'), "WINK Command Active|Device:|IP Address:|" + strName + "|192.168.100.200");
-        QVERIFY(oPanel.waitForVisible("label", false) && oPanel.waitForVisible("label"));
+        // The name has as many lines as it needs, and the texts stay where they are while the hand blinks.
+        const QRect oAddress = oPanel.widget("lbl_IP").rect();
+        const int nNameHeight = oPanel.widget("lbl_DeviceName").rect().height();
+        QCOMPARE(nNameHeight > 2 * oAddress.height(), !strName.isEmpty());
+        for (const bool bVisible : {false, true}) {
+            QVERIFY(oPanel.waitForVisible("label", bVisible));
+            QCOMPARE(oPanel.widget("lbl_IP").rect(), oAddress);
+        }
         QVERIFY(oService.setDocument(strDocument.arg("10.0.0.7")));
         QCOMPARE(oPanel.waitForText("lbl_IP", "10.0.0.7"), QString("10.0.0.7"));
         oService.kill();
