@@ -119,6 +119,9 @@ void TarnixUI::populateUI()
     oMainFont.setPixelSize(m_pPanelInfo->mainTextFontSize);
     ui->mainText->setFont(oMainFont);
     setTextColor(ui->mainText, m_pPanelInfo->mainTextColor);
+    // In the middle of the screen, also while the rows are wider than that.
+    ui->mainText->setFixedWidth(m_pPanelInfo->screenWidth - m_pPanelInfo->scrollWidth);
+    ui->contentsLayout->setAlignment(ui->mainText, Qt::AlignLeft);
 
     populateRow(ui->deviceType_Label, m_pPanelInfo->szLbl_DeviceType, ui->deviceTypeForm_Label, "DeviceType");
     setDeviceType(OVIKPlatform::getInstance()->GetDeviceNameAsString());

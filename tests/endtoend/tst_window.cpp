@@ -59,6 +59,7 @@ private slots:
         const sWidget oWindow = oPanel.widget("MorvaWidget");
         QCOMPARE(oWindow["flags"].toInt(), static_cast<int>(Qt::FramelessWindowHint | Qt::Window));
         QCOMPARE(oPanel.widget("banner").rect(), QRect(0, 0, screen.width(), 70));
+        QVERIFY(oWindow.rect().contains(oPanel.widget("mainText").rect()));
 
         const QList<sWidget> oWidgets = oPanel.widgets();
         QList<sWidget> oTexts;
