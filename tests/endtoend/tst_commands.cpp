@@ -58,13 +58,13 @@ private slots:
         QStringList oTexts;
         const QList<sWidget> oWidgets = oPanel.widgets();
         for (const sWidget& oWidget : oWidgets) {
-            if (oWidget.isVisibleLabel() && oWidget.name() != "logo") {
+            if (oWidget.isVisibleLabel()) {
                 oTexts.append(oWidget.text());
             }
         }
         oTexts.sort();
         QCOMPARE(oTexts.join('|'),
-                 QString("|AppName|Application Name:|Device Type:|No TARNIX Vistrel Loaded|PLC Status:|"
+                 QString("||AppName|Application Name:|Device Type:|No TARNIX Vistrel Loaded|PLC Status:|"
                          "PLCStatus|System Date:|System Settings|System Time:|SystemDate|SystemTime|"
                          "TargVer|Target Version:"));
 
@@ -78,7 +78,7 @@ private slots:
         for (const QStringList& oStep : {
                  QStringList{"i4711\ndPLC 500/600\n", "deviceTypeForm_Label", "PLC 500/600"},
                  QStringList{"", "identNoForm_Label", ""},
-                 QStringList{"xyz\nV9\n\nquit \nQuit\nquit2\nquit\r\nd\n", "deviceTypeForm_Label", ""},
+                 QStringList{"xyz\nV9\nquit \nQuit\nquit2\nquit\r\n\nd\n", "deviceTypeForm_Label", ""},
                  QStringList{"", "targetVersionForm_Label", "TargVer"},
                  QStringList{"v  1.2\r\n", "targetVersionForm_Label", "  1.2\r"},
                  QStringList{QString("vab%1cd\n").arg(QChar()), "targetVersionForm_Label", "ab"},

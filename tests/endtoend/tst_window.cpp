@@ -48,7 +48,7 @@ private slots:
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
         QTRY_COMPARE(oPanel.widget("MorvaWidget").rect(), QRect(QPoint(), screen));
-        oPanel.send("v255.255.255.255\n"); // an address fits beside the captions
+        oPanel.send("n9\nv255.255.255.255\n"); // an address fits beside the captions and the scroll bar
         QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "255.255.255.255"),
                  QString("255.255.255.255"));
         QTRY_VERIFY(oPanel.widget("scrollAreaWidgetContents").rect().width() <=
