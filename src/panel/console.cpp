@@ -22,7 +22,7 @@
 namespace {
 
 constexpr std::size_t s_nChunkSize = 65536;
-constexpr std::size_t s_nMaxLineSize = 64 * 1024 * 1024;
+constexpr std::size_t s_nMaxLineSize = 4194304;
 constexpr qint64 s_nWorkMilliseconds =
     20; // well below the tenth of a second within which a touch is answered
 constexpr int s_nIndexPosition = 1;
@@ -81,22 +81,22 @@ void Console::readCommand()
     oWork.start();
 
     std::string strLine;
-    do {
-        while (takeLine(strLine)) {
-            if (strLine == "quit") {
-                leave();
-                return;
-            }
-            execute(QString::fromUtf8(strLine.c_str()));
-            if (oWork.hasExpired(s_nWorkMilliseconds)) {
-                break;
-            }
-        }
-        if (oWork.hasExpired(s_nWorkMilliseconds)) {
+    bool bPosted = false;
+    for (bool bMore = true; bMore;) {
+        if (bPosted || oWork.hasExpired(s_nWorkMilliseconds)) {
             QTimer::singleShot(0, this, SLOT(readCommand()));
             return;
         }
-    } while (readInput());
+        if (!takeLine(strLine)) {
+            bMore = readInput();
+        } else if (strLine == "quit") {
+            leave();
+            return;
+        } else {
+            execute(QString::fromUtf8(strLine.c_str()));
+            bPosted = strLine[0] == 'w'; // a wink takes effect before the next line
+        }
+    }
 
     if (m_bEndOfInput) {
         leave();

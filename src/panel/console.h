@@ -39,7 +39,7 @@ private slots:
     /**
      * Carries out every complete line that has arrived, in order, and keeps what follows the last newline for
      * the next call. Never waits for input; gives the event loop a turn after a few milliseconds of work and
-     * then goes on.
+     * after each wink command, and then goes on.
      */
     void readCommand();
 

@@ -31,6 +31,7 @@ constexpr char s_szTimeFormat[] = "HH:mm:ss";
 constexpr int s_nClockMilliseconds = 1000;
 constexpr int s_nNetworkMilliseconds = 10000;
 constexpr int s_nMaxApplications = 1001;
+constexpr int s_nMaxTextLength = 65536; // megabytes would take seconds to lay out
 
 constexpr char s_szScrollBarSheet[] =
     "QScrollBar { background-color: rgb(220,220,220); }"
@@ -54,6 +55,11 @@ bool isFifo(const char* szPath)
 {
     struct stat oStatus = {};
     return lstat(szPath, &oStatus) == 0 && S_ISFIFO(oStatus.st_mode);
+}
+
+void showText(QLabel* pLabel, const QString& strText)
+{
+    pLabel->setText(strText.left(s_nMaxTextLength));
 }
 
 void setTextColor(QWidget* pWidget, const QColor& oColor)
@@ -113,6 +119,9 @@ void TarnixUI::populateUI()
     oMainFont.setPixelSize(m_pPanelInfo->mainTextFontSize);
     ui->mainText->setFont(oMainFont);
     setTextColor(ui->mainText, m_pPanelInfo->mainTextColor);
+    // In the middle of the screen, also while the rows are wider than that.
+    ui->mainText->setFixedWidth(m_pPanelInfo->screenWidth - m_pPanelInfo->scrollWidth);
+    ui->contentsLayout->setAlignment(ui->mainText, Qt::AlignLeft);
 
     populateRow(ui->deviceType_Label, m_pPanelInfo->szLbl_DeviceType, ui->deviceTypeForm_Label, "DeviceType");
     setDeviceType(OVIKPlatform::getInstance()->GetDeviceNameAsString());
@@ -271,7 +280,7 @@ void TarnixUI::enableTouchScrolling()
 
 void TarnixUI::setDeviceType(const QString& strText)
 {
-    ui->deviceTypeForm_Label->setText(strText);
+    showText(ui->deviceTypeForm_Label, strText);
 }
 
 void TarnixUI::setIdentNo(const QString& strText)
@@ -282,7 +291,7 @@ void TarnixUI::setIdentNo(const QString& strText)
 
 void TarnixUI::setTargetVersion(const QString& strText)
 {
-    ui->targetVersionForm_Label->setText(strText);
+    showText(ui->targetVersionForm_Label, strText);
 }
 
 void TarnixUI::setNumberOfAppsinUI(int nCount)
@@ -351,18 +360,18 @@ const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
 void TarnixUI::setApplicationName(const QString& strText, int nIndex)
 {
     if (nIndex == 0) {
-        ui->appnameForm_Label->setText(strText);
+        showText(ui->appnameForm_Label, strText);
     } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
-        pRow->m_pAppFormLabel->setText(strText);
+        showText(pRow->m_pAppFormLabel, strText);
     }
 }
 
 void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
 {
     if (nIndex == 0) {
-        ui->plcStatusForm_Label->setText(strText);
+        showText(ui->plcStatusForm_Label, strText);
     } else if (const sAppStatusUIDetails* pRow = findAppRow(nIndex)) {
-        pRow->m_pStatFormLabel->setText(strText);
+        showText(pRow->m_pStatFormLabel, strText);
     }
 }
 

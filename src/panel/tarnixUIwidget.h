@@ -59,7 +59,10 @@ public:
     explicit TarnixUI(QWidget* pParent = nullptr);
     ~TarnixUI() override;
 
-    /** Shows the text as device type. Text from the runtime is shown as it stands, never as markup. */
+    /**
+     * Shows the text as device type. Every text from the runtime is shown as it stands, never as markup, and
+     * of one longer than 65536 characters the beginning.
+     */
     void setDeviceType(const QString& strText);
 
     /** Blanks the ident value, whatever the text is. */
@@ -92,16 +95,16 @@ public:
 
     /**
      * Returns the details of every interface that the operating system reports, in its order, without
-     * loopback and CAN. Each is read from the platform service.
+     * loopback and CAN. Each is read with getInterfaceDetails(), but always has its name.
      */
     QList<sNetworkInterfaceDetails> getSystemNetworkInterfaceDetails();
 
     /**
      * Reads the current settings of an interface from the platform service (its getInterfaceConfig call).
-     * @return empty texts if there is no bus; after an error reply, and before the first answer, what was
-     * read last, possibly of another interface (required by the device's other software)
+     * @return empty texts if the platform client is not connected; after an error reply, and before the first
+     * answer, what was read last, possibly of another interface (required by the device's other software)
      */
-    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) override;
+    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
 
     /**
      * Sends the addresses and the DHCP flag of the record to the platform service, for the interface that the

@@ -10,6 +10,7 @@
 class ElidedLabel : public QLabel
 {
 public:
+    /** Makes an empty label for plain text. */
     explicit ElidedLabel(QWidget* pParent = nullptr);
 
     /** Returns the size of one line, without a demand for width. */

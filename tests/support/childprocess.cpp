@@ -3,12 +3,6 @@
 #include <csignal>
 #include <sys/prctl.h>
 
-namespace {
-
-constexpr int g_nTimeoutMs = 60000;
-
-} // namespace
-
 ChildProcess::ChildProcess()
 {
     setProcessChannelMode(MergedChannels);
@@ -29,7 +23,7 @@ QString ChildProcess::startAndReadLine(const QString& strProgram, const QStringL
 QString ChildProcess::nextLine()
 {
     while (!canReadLine()) {
-        if (!waitForReadyRead(g_nTimeoutMs)) {
+        if (!waitForReadyRead(60000)) {
             return {};
         }
     }

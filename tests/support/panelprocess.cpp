@@ -1,6 +1,5 @@
 #include "support/panelprocess.h"
 
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -21,28 +20,17 @@ QRect sWidget::rect(const QString& strMember) const
 Display::Display(const QSize& oSize)
 {
     const QString strScreen = QString("%1x%2x24").arg(oSize.width()).arg(oSize.height());
-    m_oServer.start("Xvfb", {"-screen", "0", strScreen, "-nolisten", "tcp", "-displayfd", "1"});
-    if (m_oServer.waitForReadyRead(s_nPatience)) {
-        m_strName = ":" + m_oServer.readLine().trimmed();
-    } else {
+    m_oServer.setProcessChannelMode(QProcess::SeparateChannels);
+    m_strName = ":" + m_oServer.startAndReadLine("Xvfb", {"-screen", "0", strScreen, "-displayfd", "1"});
+    if (m_strName == ":") {
         qFatal("no virtual display");
     }
 }
 
-Display::~Display()
-{
-    m_oServer.kill();
-    m_oServer.waitForFinished();
-}
-
 bool Display::pointer(const QString& strCommand) const
 {
-    QProcess oTool;
-    QProcessEnvironment oEnvironment = QProcessEnvironment::systemEnvironment();
-    oEnvironment.insert("DISPLAY", m_strName);
-    oTool.setProcessEnvironment(oEnvironment);
-    oTool.start("xdotool", strCommand.split(' '));
-    return oTool.waitForFinished(s_nPatience) && oTool.exitCode() == 0;
+    const QStringList oTool = {"DISPLAY=" + m_strName, "xdotool"};
+    return QProcess::execute("env", oTool + strCommand.split(' ')) == 0;
 }
 
 bool Display::tap(const QPoint& oPoint) const
@@ -50,34 +38,25 @@ bool Display::tap(const QPoint& oPoint) const
     return pointer(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
 }
 
-PanelProcess::PanelProcess(const QString& strDisplay)
+PanelProcess::PanelProcess(const QString& strDisplay, const QString& strCommand)
 {
     static int s_nSockets = 0;
-    m_strSocket = QString("/tmp/probe-%1-%2").arg(QCoreApplication::applicationPid()).arg(++s_nSockets);
-    QProcessEnvironment oEnvironment = QProcessEnvironment::systemEnvironment();
-    oEnvironment.insert("QT_QPA_GENERIC_PLUGINS", "probe:" + m_strSocket);
-    oEnvironment.insert("QT_PLUGIN_PATH", PROBE_PLUGIN_PATH);
-    oEnvironment.insert("QT_QPA_PLATFORM", strDisplay.isEmpty() ? "offscreen" : "xcb");
-    oEnvironment.insert("DISPLAY", strDisplay);
-    m_oProcess.setProcessEnvironment(oEnvironment);
-    m_oProcess.setProgram(PANEL_PROGRAM);
+    m_strSocket = QString("/tmp/probe-%1").arg(++s_nSockets);
+    const QString strPlatform = strDisplay.isEmpty() ? "offscreen" : "xcb";
+    m_oProcess.setProgram("env");
+    m_oProcess.setArguments({"DISPLAY=" + strDisplay, "QT_QPA_PLATFORM=" + strPlatform,
+                             "QT_QPA_GENERIC_PLUGINS=probe:" + m_strSocket,
+                             QString("QT_PLUGIN_PATH=") + PROBE_PLUGIN_PATH, "sh", "-c", strCommand});
+    m_oProcess.setProcessChannelMode(QProcess::SeparateChannels);
     m_oProcess.setStandardErrorFile(m_strSocket + ".log");
-}
-
-PanelProcess::~PanelProcess()
-{
-    m_oProcess.kill();
-    m_oProcess.waitForFinished();
 }
 
 bool PanelProcess::start()
 {
     m_oProcess.start();
-    const bool bStarted = m_oProcess.waitForStarted() &&
-                          QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
+    const bool bStarted = QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
     if (!bStarted) {
-        qWarning() << m_oProcess.errorString() << m_oProcess.state() << m_oProcess.exitStatus()
-                   << m_oProcess.exitCode() << output() << log();
+        qWarning() << m_oProcess.errorString() << m_oProcess.state() << m_oProcess.exitCode() << log();
     }
     return bStarted;
 }
@@ -91,10 +70,9 @@ void PanelProcess::send(const QByteArray& oBytes)
 int PanelProcess::quit()
 {
     send("quit\n");
-    if (m_oProcess.state() != QProcess::NotRunning && !m_oProcess.waitForFinished(s_nPatience)) {
-        return -1;
-    }
-    return m_oProcess.exitStatus() == QProcess::NormalExit ? m_oProcess.exitCode() : -1;
+    m_oProcess.waitForFinished(s_nPatience);
+    const bool bEnded = m_oProcess.state() == QProcess::NotRunning;
+    return bEnded && m_oProcess.exitStatus() == QProcess::NormalExit ? m_oProcess.exitCode() : -1;
 }
 
 QByteArray PanelProcess::output()
@@ -109,7 +87,7 @@ QByteArray PanelProcess::log() const
     return oLog.open(QIODevice::ReadOnly) ? oLog.readAll() : QByteArray();
 }
 
-bool PanelProcess::waitForLog(const QByteArray& oText)
+bool PanelProcess::waitForLog(const QByteArray& oText) const
 {
     return QTest::qWaitFor([&] { return log().contains(oText); }, s_nPatience);
 }
@@ -118,13 +96,9 @@ QList<sWidget> PanelProcess::widgets()
 {
     if (m_oProbe.state() != QLocalSocket::ConnectedState) {
         m_oProbe.connectToServer(m_strSocket);
-        m_oProbe.waitForConnected(s_nPatience);
     }
     m_oProbe.write("\n");
-    m_oProbe.flush();
-    const QDeadlineTimer oDeadline(s_nPatience);
-    while (!m_oProbe.canReadLine() && !oDeadline.hasExpired()) {
-        m_oProbe.waitForReadyRead(s_nPatience);
+    while (!m_oProbe.canReadLine() && m_oProbe.waitForReadyRead(s_nPatience)) {
     }
     QList<sWidget> oWidgets;
     const QJsonArray oAll = QJsonDocument::fromJson(m_oProbe.readLine()).array();
@@ -162,7 +136,6 @@ QStringList PanelProcess::namelessTexts()
 QString PanelProcess::waitForText(const QString& strName, const QString& strText)
 {
     QString strShown;
-    const bool bShown =
-        QTest::qWaitFor([&] { return (strShown = widget(strName).text()) == strText; }, s_nPatience);
-    return bShown ? strText : strShown;
+    const auto fnIsShown = [&] { return (strShown = widget(strName).text()) == strText; };
+    return QTest::qWaitFor(fnIsShown, s_nPatience) ? strText : strShown;
 }

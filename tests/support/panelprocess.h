@@ -1,12 +1,10 @@
 #pragma once
 
+#include "support/childprocess.h"
+
 #include <QJsonObject>
-#include <QList>
 #include <QLocalSocket>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QRect>
-#include <memory>
 
 /** A virtual X display of its own, ended with the object. */
 class Display
@@ -14,20 +12,15 @@ class Display
 public:
     /** @param oSize of the only screen, in pixels; ends the test if the display does not come up */
     explicit Display(const QSize& oSize);
-    ~Display();
-
     /** Returns the value for DISPLAY. */
     QString name() const { return m_strName; }
-
-    /** Runs xdotool with the words of the command and waits for it: real pointer events, as from a touch
-     * screen. */
+    /** Runs xdotool with the words of the command and waits for it: real events, as from a touch screen. */
     bool pointer(const QString& strCommand) const;
-
     /** Presses and releases at a point. */
     bool tap(const QPoint& oPoint) const;
 
 private:
-    QProcess m_oServer;
+    ChildProcess m_oServer;
     QString m_strName;
 };
 
@@ -47,50 +40,39 @@ struct sWidget : QJsonObject
 class PanelProcess
 {
 public:
-    /** @param strDisplay value for DISPLAY; empty runs the program on the offscreen platform */
-    explicit PanelProcess(const QString& strDisplay = QString());
-    ~PanelProcess();
-
-    /** The child; not started yet, so that a test can still change how it is started. */
-    QProcess& process() { return m_oProcess; }
-
+    /**
+     * @param strDisplay value for DISPLAY; empty runs the program on the offscreen platform
+     * @param strCommand the shell command that becomes the program
+     */
+    explicit PanelProcess(const QString& strDisplay = QString(),
+                          const QString& strCommand = "exec " PANEL_PROGRAM);
+    /** The child. */
+    ChildProcess& process() { return m_oProcess; }
     /** Starts the program and waits for its greeting; returns false if none comes. */
     bool start();
-
     /** Sends bytes as they are. */
     void send(const QByteArray& oBytes);
-
     /** Sends "quit" and waits for the end; returns the exit status, -1 if it did not end by itself. */
     int quit();
-
     /** Returns all that the program has written to standard output until now. */
     QByteArray output();
-
     /** Returns all that the program has written to its log until now. */
     QByteArray log() const;
-
     /** Waits up to 10 s for the log to hold the text. */
-    bool waitForLog(const QByteArray& oText);
-
-    /** Asks the program for its widgets; the answer comes from its event loop. Empty if it does not answer.
-     */
+    bool waitForLog(const QByteArray& oText) const;
+    /** Returns the program's widgets; the answer comes from its event loop. Empty if it does not answer. */
     QList<sWidget> widgets();
-
     /** Returns the named widget; a nameless one if there is none. */
     sWidget widget(const QString& strName);
-
     /** Waits up to 10 s for the named widget to be on screen, or to be gone; returns whether it is so. */
     bool waitForVisible(const QString& strName, bool bVisible = true);
-
-    /** Returns the texts of the visible labels that the form does not name: extra applications, interfaces.
-     */
+    /** Returns the texts of the visible labels that have no name: extra applications, interfaces. */
     QStringList namelessTexts();
-
     /** Waits up to 10 s for the named label or field to show the text; returns what it shows at last. */
     QString waitForText(const QString& strName, const QString& strText);
 
 private:
-    QProcess m_oProcess;
+    ChildProcess m_oProcess;
     QLocalSocket m_oProbe;
     QString m_strSocket;
     QByteArray m_oOutput;

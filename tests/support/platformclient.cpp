@@ -1,16 +1,11 @@
 #include "support/platformclient.h"
 
-#include <QProcessEnvironment>
-
 #include <utility>
 
 PlatformClient::PlatformClient(const PrivateBus& oSystemBus, const PrivateBus& oSessionBus)
 {
-    QProcessEnvironment oEnvironment = QProcessEnvironment::systemEnvironment();
-    oEnvironment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), oSystemBus.address());
-    oEnvironment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), oSessionBus.address());
-    setProcessEnvironment(oEnvironment);
-    start(QStringLiteral(PLATFORM_CLIENT), QStringList());
+    start("env", {"DBUS_SYSTEM_BUS_ADDRESS=" + oSystemBus.address(),
+                  "DBUS_SESSION_BUS_ADDRESS=" + oSessionBus.address(), PLATFORM_CLIENT});
     waitForStarted();
 }
 
@@ -20,11 +15,8 @@ QString PlatformClient::act(const QString& strAction)
     waitForBytesWritten();
     for (;;) {
         const QString strLine = nextLine();
-        if (strLine.isNull()) {
-            return QStringLiteral("gone");
-        }
-        if (strLine.startsWith(QLatin1String("= "))) {
-            return strLine.mid(2);
+        if (strLine.isNull() || strLine.startsWith("= ")) {
+            return strLine.isNull() ? "gone" : strLine.mid(2);
         }
         m_oLog << strLine;
     }

@@ -11,59 +11,28 @@
 
 namespace {
 
-// The text behind the name of an action, as what its operation takes.
-struct sArgument
+QByteArray g_oArgument; // the text behind the name of the action
+
+OVIKPlatform& platform()
 {
-    QByteArray m_oText;
-
-    operator bool() const { return m_oText == "true"; }
-    operator quint32() const { return m_oText.toUInt(nullptr, 16); }
-    operator const char*() const { return m_oText == "null" ? nullptr : m_oText.constData(); }
-};
-
-using fnAction = std::function<QVariant(const sArgument&)>;
-
-QString textOf(const QVariant& oResult)
-{
-    return oResult.userType() == QMetaType::UInt ? QString::number(oResult.toUInt(), 16) : oResult.toString();
+    return *OVIKPlatform::getInstance();
 }
 
-// Makes an action of an operation with at most one argument.
-template<typename Operation>
-fnAction action(Operation fnOperation)
+quint32 number()
 {
-    return [=](const sArgument& oArgument) -> QVariant {
-        OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
-        if constexpr (std::is_invocable_v<Operation, OVIKPlatform*>) {
-            return std::invoke(fnOperation, pPlatform);
-        } else {
-            return std::invoke(fnOperation, pPlatform, oArgument);
-        }
-    };
+    return g_oArgument.toUInt(nullptr, 16);
 }
 
-QVariant macAddress(const sArgument& /*oArgument*/)
+QString hexadecimal(quint32 nNumber)
+{
+    return QString::number(nNumber, 16);
+}
+
+QVariant macAddress()
 {
     QByteArray oBytes(6, '\0');
-    OVIKPlatform::getInstance()->GetMacAddress(reinterpret_cast<unsigned char*>(oBytes.data()));
+    platform().GetMacAddress(reinterpret_cast<unsigned char*>(oBytes.data()));
     return oBytes.toHex(':');
-}
-
-QVariant bestAddress(const sArgument& /*oArgument*/)
-{
-    return OVIKPlatform::getInstance()->GetBestInterfaceIP().toString();
-}
-
-QVariant restartNTPD(const sArgument& oArgument)
-{
-    OVIKPlatform::getInstance()->restartNTPDService(oArgument);
-    return {};
-}
-
-QVariant reboot(const sArgument& /*oArgument*/)
-{
-    OVIKPlatform::getInstance()->Reboot();
-    return {};
 }
 
 // Tells that settings are about to be written, waits to be told to go on, and lets the client see what
@@ -76,26 +45,27 @@ void hold()
     QThread::msleep(300);
 }
 
-const QMap<QByteArray, fnAction> g_oActions = {
-    {"GetBestInterfaceIP", bestAddress},
-    {"GetDHCP", action(&OVIKPlatform::GetDHCP)},
-    {"GetGateWay", action(&OVIKPlatform::GetGateWay)},
-    {"GetIpAddress", action(&OVIKPlatform::GetIpAddress)},
-    {"GetIpAddressAsString", action(&OVIKPlatform::GetIpAddressAsString)},
+const QMap<QByteArray, std::function<QVariant()>> g_oActions = {
+    {"GetBestInterfaceIP", [] { return platform().GetBestInterfaceIP().toString(); }},
+    {"GetDHCP", [] { return platform().GetDHCP(); }},
+    {"GetGateWay", [] { return hexadecimal(platform().GetGateWay()); }},
+    {"GetIpAddress", [] { return hexadecimal(platform().GetIpAddress()); }},
+    {"GetIpAddressAsString", [] { return platform().GetIpAddressAsString(); }},
     {"GetMacAddress", macAddress},
-    {"GetNetmask", action(&OVIKPlatform::GetNetmask)},
-    {"GetVersion", action(&OVIKPlatform::GetVersion)},
-    {"Init", action(&OVIKPlatform::Init)},
-    {"Reboot", reboot},
-    {"SetDHCP", action(&OVIKPlatform::SetDHCP)},
-    {"SetGateWay", action(&OVIKPlatform::SetGateWay)},
-    {"SetInterfaceName", action(&OVIKPlatform::SetInterfaceName)},
-    {"SetIpAddress", action(&OVIKPlatform::SetIpAddress)},
-    {"SetNetmask", action(&OVIKPlatform::SetNetmask)},
-    {"SetNetworkSettings", action(&OVIKPlatform::SetNetworkSettings)},
-    {"UpdateNetworkSettings", action(&OVIKPlatform::UpdateNetworkSettings)},
-    {"isNTPDEnabled", action(&OVIKPlatform::isNTPDEnabled)},
-    {"restartNTPDService", restartNTPD},
+    {"GetNetmask", [] { return hexadecimal(platform().GetNetmask()); }},
+    {"GetVersion", [] { return hexadecimal(platform().GetVersion()); }},
+    {"Init", [] { return platform().Init(); }},
+    {"Reboot", [] { return platform().Reboot(), QVariant(); }},
+    {"SetDHCP", [] { return platform().SetDHCP(g_oArgument == "true"); }},
+    {"SetGateWay", [] { return platform().SetGateWay(number()); }},
+    {"SetInterfaceName",
+     [] { return platform().SetInterfaceName(g_oArgument == "null" ? nullptr : g_oArgument.constData()); }},
+    {"SetIpAddress", [] { return platform().SetIpAddress(number()); }},
+    {"SetNetmask", [] { return platform().SetNetmask(number()); }},
+    {"SetNetworkSettings", [] { return platform().SetNetworkSettings(); }},
+    {"UpdateNetworkSettings", [] { return platform().UpdateNetworkSettings(); }},
+    {"isNTPDEnabled", [] { return platform().isNTPDEnabled(); }},
+    {"restartNTPDService", [] { return platform().restartNTPDService(g_oArgument == "true"), QVariant(); }},
 };
 
 } // namespace
@@ -123,8 +93,9 @@ int main(int argc, char* argv[])
     for (std::string strLine; std::getline(std::cin, strLine);) {
         const QByteArray oLine = QByteArray::fromStdString(strLine);
         const int nName = oLine.indexOf(' ') < 0 ? oLine.size() : oLine.indexOf(' ');
-        const QVariant oResult = g_oActions.value(oLine.left(nName))({oLine.mid(nName + 1)});
-        std::cout << "= " << textOf(oResult).toStdString() << std::endl;
+        g_oArgument = oLine.mid(nName + 1);
+        const QString strResult = g_oActions.value(oLine.left(nName))().toString();
+        std::cout << "= " << strResult.toStdString() << std::endl;
     }
     return 0;
 }

@@ -4,23 +4,19 @@
 
 PrivateBus::PrivateBus(int nReplyTimeoutMs)
 {
-    QFile oFile(m_oFolder.filePath(QStringLiteral("bus.conf")));
-    if (!oFile.open(QIODevice::WriteOnly)) {
-        return;
-    }
-    const QString strConfiguration = QStringLiteral(
+    const QString strConfiguration =
         "<busconfig><type>session</type><listen>%1</listen><auth>EXTERNAL</auth><policy context='default'>"
         "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy>"
-        "<limit name='reply_timeout'>%2</limit></busconfig>");
+        "<limit name='reply_timeout'>%2</limit></busconfig>";
+    QFile oFile(m_oFolder.filePath("bus.conf"));
+    oFile.open(QIODevice::WriteOnly);
     oFile.write(strConfiguration.arg(address()).arg(nReplyTimeoutMs).toUtf8());
 }
 
 bool PrivateBus::start()
 {
-    const QString strFile = m_oFolder.filePath(QStringLiteral("bus.conf"));
-    const QStringList oArguments = {QStringLiteral("--config-file=") + strFile, QStringLiteral("--nofork"),
-                                    QStringLiteral("--nopidfile"), QStringLiteral("--print-address")};
-    return !m_oDaemon.startAndReadLine(QStringLiteral("dbus-daemon"), oArguments).isEmpty();
+    const QString strConfiguration = "--config-file=" + m_oFolder.filePath("bus.conf");
+    return !m_oDaemon.startAndReadLine("dbus-daemon", {strConfiguration, "--print-address"}).isEmpty();
 }
 
 void PrivateBus::stop()
@@ -31,5 +27,5 @@ void PrivateBus::stop()
 
 QString PrivateBus::address() const
 {
-    return QStringLiteral("unix:path=") + m_oFolder.filePath(QStringLiteral("socket"));
+    return "unix:path=" + m_oFolder.filePath("socket");
 }

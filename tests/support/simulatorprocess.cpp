@@ -2,17 +2,14 @@
 
 bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArguments)
 {
-    const QString strConnection = QStringLiteral("steering");
     kill();
     waitForFinished();
-    QDBusConnection::disconnectFromBus(strConnection);
-    const QStringList oAddress = {QStringLiteral("--address"), oBus.address()};
-    if (startAndReadLine(QStringLiteral(OVIK_SIMULATOR), oAddress + oArguments) != QLatin1String("ready")) {
+    QDBusConnection::disconnectFromBus("steering");
+    if (startAndReadLine(OVIK_SIMULATOR, QStringList{"--address", oBus.address()} + oArguments) != "ready") {
         return false;
     }
     m_pSteering = std::make_unique<ComQuenOVIKSimulatorInterface>(
-        QStringLiteral("com.quen.OVIK.Simulator"), QStringLiteral("/Simulator"),
-        QDBusConnection::connectToBus(oBus.address(), strConnection));
+        "com.quen.OVIK.Simulator", "/Simulator", QDBusConnection::connectToBus(oBus.address(), "steering"));
     return m_pSteering->isValid();
 }
 
