@@ -35,7 +35,7 @@ FAULTS += [("malformed-json", text) for text in (
     '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€")]
 NUMBERS = {"objects": "QObjects", "timers": "timers that run", "widgets": "widgets", "topLevels": "top-level widgets",
            "fds": "file descriptors", "threads": "threads", "children": "child processes"}
-WEIGHTS = {"heap": ("heap in use, KiB", 64), "pss": ("Pss, KiB", 1024), "rss": ("RSS, KiB", 1024)}  # with what they may grow
+WEIGHTS = {"heap": ("heap in use, KiB", 64), "anonymous": ("anonymous memory, KiB", 1024), "rss": ("RSS, KiB", 1024)}  # with what they may grow
 KNOWN = [re.compile(text) for text in (
     r"setPLCStatus: ui element not found idx: -?\d+  size:  \d+$",
     r"writeToNamedPipe Written message to named pipe successfully$",
@@ -118,10 +118,10 @@ class Runtime:
         return prefix.encode() + self.dice.choice(DIRT)
 
     def burst(self, size):
-        """Returns that many commands and a last one for each field that was told something odd."""
+        """Returns that many commands, a last one for each field that was told something odd, and the wink's end."""
         lines = [self.line() for _ in range(size)]
         lines += [self.field(prefix) for prefix, text in self.fields.items() if text is None]
-        return b"".join(line + b"\n" for line in lines)
+        return b"".join(line + b"\n" for line in lines + [b"w0"])
 
     def expected(self):
         """Returns the texts of the fields and of the rows that are to be seen."""
@@ -299,7 +299,6 @@ class Soak:
         self.finger.find("NetworkSettingsDialog")
         if self.dice.random() < 0.5:
             self.commands()
-            self.send(b"w0\n")
         self.finger.type("gateway_LineEdit", self.dice.choice(("10.0.0.9", "no address", "999.1", "%s%n\"'")))
         self.finger.tap("applyButton")
         self.finger.tap("useDHCP_comboBox")
@@ -406,13 +405,18 @@ class Soak:
         self.samples.append(self.weigh())
 
     def weigh(self):
+        if os.environ.get("SOAKDBG"):
+            self.finger.socket.sendall(b"\n")
+            now = collections.Counter((w["class"], w["name"], w["parent"]) for w in json.loads(self.finger.replies.readline()))
+            if hasattr(self, "before"): print("WIDGETS", now - self.before)
+            else: self.before = now
         self.finger.socket.sendall(b"count\n")
         sample = json.loads(self.finger.replies.readline())
         process = f"/proc/{self.panel.pid}"
         with open(process + "/smaps_rollup", encoding="ascii") as rollup:
-            kib = dict(line.split()[:2] for line in rollup if line.split()[0] in ("Rss:", "Pss:"))
+            kib = dict(line.split()[:2] for line in rollup if line.split()[0] in ("Rss:", "Anonymous:"))
         children = [open(path, encoding="ascii").read() for path in glob.glob(process + "/task/*/children")]
-        sample.update(heap=sample["heap"] // 1024, rss=int(kib["Rss:"]), pss=int(kib["Pss:"]),
+        sample.update(heap=sample["heap"] // 1024, rss=int(kib["Rss:"]), anonymous=int(kib["Anonymous:"]),
                       fds=len(os.listdir(process + "/fd")), threads=len(os.listdir(process + "/task")),
                       children=len(" ".join(children).split()))
         return sample
@@ -438,7 +442,7 @@ class Soak:
             action = self.dice.choices(list(actions), actions.values())[0]
             self.done[action.__name__] += 1
             self.act(action)
-            if time.monotonic() - begin > length * len(self.samples) / 10:
+            if time.monotonic() - begin > length * len(self.samples) / 20:
                 self.act(self.rest)
         self.act(self.rest)
         self.act(self.leave)
@@ -472,7 +476,7 @@ class Soak:
         for name, start, middle, end, bound, grown in self.grown() if self.samples else ():
             print(f"{name:24}{start:9}{middle:9}{end:9}{bound:10}{'  GROWN' * grown}")
             bad += [name] * grown
-        print("heap", [x["heap"] for x in self.samples], [x["pss"] for x in self.samples])
+        print("heap", [x["heap"] for x in self.samples], [x["anonymous"] for x in self.samples])
         print(f"\nThe longest wait for an answer was {self.finger.longest:.1f} s.")
         verdict = fault or ("grown: " + ", ".join(bad) if bad else "")
         print(f"seed {self.options.seed}: " + (f"FAILED: {verdict}" if verdict else "all is well"))
@@ -499,7 +503,7 @@ def main():
     except (Fault, LookupError, OSError) as error:
         if os.environ.get("SOAKDBG"):
             import traceback; traceback.print_exc()
-            subprocess.run(["import","-window","root",os.environ["SOAKDBG"]+"/x.png"]); print([ (w["name"],w.get("text"),w["rect"]) for w in soak.finger.widgets()]); subprocess.run(["cp",LOG,os.environ["SOAKDBG"]])
+            subprocess.run(["import","-window","root",os.environ["SOAKDBG"]+"/x.png"]); 0 and print([ (w["name"],w.get("text"),w["rect"]) for w in soak.finger.widgets()]); subprocess.run(["cp",LOG,os.environ["SOAKDBG"]])
             subprocess.run(["tail","-30",LOG])
         fault = f"{error} {soak.panel.poll() if hasattr(soak, 'panel') else ''}"
     return soak.report(fault)

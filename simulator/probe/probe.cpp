@@ -9,6 +9,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QPaintEvent>
+#include <QPixmapCache>
 #include <malloc.h>
 #include <mutex>
 #include <unordered_set>
@@ -48,6 +49,7 @@ void onDied(QObject* pObject)
 
 QByteArray countAll()
 {
+    QPixmapCache::clear(); // has room for 10 MiB, which fill by and by
     const std::lock_guard<std::mutex> oGuard(living().oMutex);
     int nTimers = 0;
     for (QObject* pObject :

@@ -1,14 +1,13 @@
-// Sends any bytes to a panel at once and to another in pieces, whose sizes the first two bytes tell. Both
-// must end up the same and still obey.
+// Sends any bytes to the panel twice at once, then in pieces of two sizes that the first two bytes tell: the
+// second and the third time must end the same, with a panel that obeys. The first makes the rows that the
+// bytes ask for.
 #include "panel/console.h"
 #include "panel/tarnixUIwidget.h"
-#include "platform/ovikplatform.h"
 #include "wink/winkwidget.h"
 
 #include <QApplication>
 #include <QLabel>
-
-#include <cstdint>
+#include <QRegularExpression>
 #include <cstdlib>
 #include <iostream>
 #include <sys/ioctl.h>
@@ -16,84 +15,67 @@
 
 namespace {
 
-constexpr char s_szLast[] = "\nvobeys\n";
-
-/** Keeps the winks from the overlay, which asks the platform service. */
-class WinkRecorder : public QObject
+struct sWinks : public QObject // instead of the overlay, which asks the platform service
 {
-public:
-    bool eventFilter(QObject* pWatched, QEvent* pEvent) override
-    {
-        Q_UNUSED(pWatched)
-        m_oOutcome.append(QString::number(pEvent->type()));
-        return true;
-    }
-
-    QStringList m_oOutcome;
+    bool eventFilter(QObject*, QEvent* pEvent) override { return m_oTypes.append(pEvent->type()), true; }
+    QList<int> m_oTypes;
 };
 
-void send(int nPipe, const QByteArray& oBytes, const bool& bQuit)
-{
-    if (write(nPipe, oBytes.constData(), size_t(oBytes.size())) != oBytes.size()) {
-        std::abort();
-    }
-    QCoreApplication::processEvents();
-    for (int nLeft = 1; nLeft > 0 && !bQuit; QCoreApplication::processEvents()) {
-        ioctl(STDIN_FILENO, FIONREAD, &nLeft);
-    }
-}
-
-/** Returns the texts of a panel and the winks after it was told the bytes in pieces of two sizes in turn. */
 QStringList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPiece)
 {
-    int oPipe[2];
-    if (pipe(oPipe) != 0 || dup2(oPipe[0], STDIN_FILENO) != STDIN_FILENO) {
+    static TarnixUI& s_oPanel = *new TarnixUI;
+    delete s_oPanel.findChild<Console*>();
+    s_oPanel.setTargetVersion(QString());
+    sWinks oWinks;
+    EventGrabber::getInstance()->installEventFilter(&oWinks);
+    int oPipe[2] = {-1, -1};
+    if (pipe(oPipe) != 0 || dup2(oPipe[0], STDIN_FILENO) != STDIN_FILENO || close(oPipe[0]) != 0) {
         std::abort();
     }
-    close(oPipe[0]);
-    OVIKPlatform::getInstance()->SetDeviceNameAsString(QString());
-    WinkRecorder oRecorder;
-    EventGrabber::getInstance()->installEventFilter(&oRecorder);
-    QStringList oOutcome;
-    {
-        TarnixUI oPanel;
-        bool bQuit = false;
-        QObject::connect(oPanel.findChild<Console*>(), &Console::quit, [&] { bQuit = true; });
-        for (int nSent = 0; nSent < oBytes.size() && !bQuit; nSent += nPiece, std::swap(nPiece, nNextPiece)) {
-            send(oPipe[1], oBytes.mid(nSent, nPiece), bQuit);
-        }
-        const auto* pVersion = oPanel.findChild<QLabel*>("targetVersionForm_Label");
-        while (!bQuit && pVersion->text() != "obeys") {
+    auto* pConsole = new Console(&s_oPanel);
+    bool bQuit = false;
+    QObject::connect(pConsole, &Console::quit, [&] { bQuit = true; });
+    pConsole->run();
+    for (int nSent = 0; nSent < oBytes.size() && !bQuit; nSent += nPiece, std::swap(nPiece, nNextPiece)) {
+        const QByteArray oPiece = oBytes.mid(nSent, nPiece);
+        int nLeft = int(write(oPipe[1], oPiece.constData(), size_t(oPiece.size())));
+        while (nLeft > 0 && !bQuit && ioctl(STDIN_FILENO, FIONREAD, &nLeft) == 0) {
             QCoreApplication::processEvents();
         }
-        QCoreApplication::sendPostedEvents();
-        oOutcome << QString::number(bQuit) << OVIKPlatform::getInstance()->GetDeviceNameAsString();
-        for (const QLabel* pLabel : oPanel.findChildren<QLabel*>()) {
-            if (!pLabel->objectName().startsWith("system")) { // the clock
-                oOutcome << pLabel->text() << QString::number(pLabel->isHidden());
-            }
-        }
     }
+    const auto* pVersion = s_oPanel.findChild<QLabel*>("targetVersionForm_Label");
+    while (!bQuit && pVersion->text() != "obeys") {
+        QCoreApplication::processEvents();
+    }
+    QCoreApplication::sendPostedEvents();
     close(oPipe[1]);
-    return oOutcome + oRecorder.m_oOutcome;
+    QStringList oOutcome{QVariant(bQuit).toString()};
+    for (const int nType : oWinks.m_oTypes) {
+        oOutcome << QString::number(nType);
+    }
+    for (const QLabel* pLabel :
+         s_oPanel.findChildren<QLabel*>(QRegularExpression("^(?!system)"))) { // no clock
+        oOutcome << pLabel->text() << QVariant(pLabel->isHidden()).toString();
+    }
+    return oOutcome;
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* pCount, char*** pArguments)
-{
-    new QApplication(*pCount, *pArguments);
-    std::cout.setstate(std::ios::badbit); // one greeting for each panel
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
+    static int s_nArguments = 0;
+    static const auto* s_pApplication = new QApplication(s_nArguments, nullptr);
+    Q_UNUSED(s_pApplication)
+    std::cout.setstate(std::ios::badbit); // a greeting for each console
     if (nSize < 2) {
         return 0;
     }
-    const QByteArray oBytes = QByteArray(reinterpret_cast<const char*>(pData + 2), int(nSize) - 2) + s_szLast;
-    if (outcomeOf(oBytes, pData[0] + 1, pData[1] + 1) != outcomeOf(oBytes, oBytes.size(), 1)) {
+    const QByteArray oBytes(reinterpret_cast<const char*>(pData), int(nSize));
+    const QByteArray oCommands = oBytes.mid(2) + "\nvobeys\n";
+    outcomeOf(oCommands, oCommands.size(), 1);
+    const QStringList oOutcome = outcomeOf(oCommands, oCommands.size(), 1);
+    if (outcomeOf(oCommands, pData[0] + 1, pData[1] + 1) != oOutcome) {
         std::abort();
     }
     return 0;
