@@ -13,15 +13,13 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-namespace {
-
-struct sWinks : public QObject // instead of the overlay, which asks the platform service
+struct sWinks : public QObject // in place of the overlay, which asks the platform service
 {
-    bool eventFilter(QObject*, QEvent* pEvent) override { return m_oTypes.append(pEvent->type()), true; }
-    QList<int> m_oTypes;
+    bool eventFilter(QObject*, QEvent* pEvent) override { return m_oTypes << pEvent->type(), true; }
+    QVariantList m_oTypes;
 };
 
-QStringList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPiece)
+static QVariantList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPiece)
 {
     static TarnixUI& s_oPanel = *new TarnixUI;
     delete s_oPanel.findChild<Console*>();
@@ -37,45 +35,37 @@ QStringList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPiece)
     QObject::connect(pConsole, &Console::quit, [&] { bQuit = true; });
     pConsole->run();
     for (int nSent = 0; nSent < oBytes.size() && !bQuit; nSent += nPiece, std::swap(nPiece, nNextPiece)) {
-        const QByteArray oPiece = oBytes.mid(nSent, nPiece);
-        int nLeft = int(write(oPipe[1], oPiece.constData(), size_t(oPiece.size())));
+        int nLeft =
+            int(write(oPipe[1], oBytes.constData() + nSent, size_t(qMin(nPiece, oBytes.size() - nSent))));
         while (nLeft > 0 && !bQuit && ioctl(STDIN_FILENO, FIONREAD, &nLeft) == 0) {
             QCoreApplication::processEvents();
         }
     }
-    const auto* pVersion = s_oPanel.findChild<QLabel*>("targetVersionForm_Label");
-    while (!bQuit && pVersion->text() != "obeys") {
+    while (!bQuit && s_oPanel.findChild<QLabel*>("targetVersionForm_Label")->text() != "obeys") {
         QCoreApplication::processEvents();
     }
     QCoreApplication::sendPostedEvents();
     close(oPipe[1]);
-    QStringList oOutcome{QVariant(bQuit).toString()};
-    for (const int nType : oWinks.m_oTypes) {
-        oOutcome << QString::number(nType);
-    }
+    QVariantList oOutcome{bQuit, oWinks.m_oTypes};
     for (const QLabel* pLabel :
          s_oPanel.findChildren<QLabel*>(QRegularExpression("^(?!system)"))) { // no clock
-        oOutcome << pLabel->text() << QVariant(pLabel->isHidden()).toString();
+        oOutcome << pLabel->text() << pLabel->isHidden();
     }
     return oOutcome;
 }
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     static int s_nArguments = 0;
     static const auto* s_pApplication = new QApplication(s_nArguments, nullptr);
-    Q_UNUSED(s_pApplication)
     std::cout.setstate(std::ios::badbit); // a greeting for each console
-    if (nSize < 2) {
+    if (!s_pApplication || nSize < 2) {
         return 0;
     }
-    const QByteArray oBytes(reinterpret_cast<const char*>(pData), int(nSize));
-    const QByteArray oCommands = oBytes.mid(2) + "\nvobeys\n";
+    const QByteArray oCommands =
+        QByteArray(reinterpret_cast<const char*>(pData), int(nSize)).mid(2) + "\nvobeys\n";
     outcomeOf(oCommands, oCommands.size(), 1);
-    const QStringList oOutcome = outcomeOf(oCommands, oCommands.size(), 1);
-    if (outcomeOf(oCommands, pData[0] + 1, pData[1] + 1) != oOutcome) {
+    if (outcomeOf(oCommands, oCommands.size(), 1) != outcomeOf(oCommands, pData[0] + 1, pData[1] + 1)) {
         std::abort();
     }
     return 0;
