@@ -33,9 +33,12 @@ FAULTS = [("absent", ""), ("slow", "150"), ("errors", ""), ("errors", "getInterf
 FAULTS += [("malformed-json", text) for text in (
     "", "null", "{}", '"', '{"name":1}', '{"name":"eth0","dhcp":1e999}', "[" * 50000, '{"name":"\\ud800"}', "{" * 9,
     '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€")]
-NUMBERS = {"objects": "QObjects", "timers": "timers that run", "widgets": "widgets", "topLevels": "top-level widgets",
-           "fds": "file descriptors", "threads": "threads", "children": "child processes"}
-WEIGHTS = {"heap": ("heap in use, KiB", 128), "anonymous": ("private memory, KiB", 4096), "rss": ("RSS, KiB", 4096)}  # with what they may grow
+# What is weighed at rest, with what it may grow: weights from the middle to the end, all else from the start.
+HELD = {"objects": ("QObjects", 0), "timers": ("timers that run", 0), "widgets": ("widgets", 0),
+        "topLevels": ("top-level widgets", 0), "fds": ("file descriptors", 0), "threads": ("threads", 0),
+        "children": ("child processes", 0), "heap": ("heap in use, KiB", 64),
+        "anonymous": ("private memory, KiB", 4096), "rss": ("RSS, KiB", 4096)}
+WEIGHTS = ("heap", "anonymous", "rss")
 KNOWN = [re.compile(text) for text in (
     r"setPLCStatus: ui element not found idx: \d+  size:  \d+$",
     r"writeToNamedPipe Written message to named pipe successfully$",
@@ -55,22 +58,27 @@ class Fault(Exception):
     """What the panel did wrong."""
 
 
+def fail(what):
+    raise Fault(what)
+
+
 class Watcher(Finger):
     """Remembers how long the panel took to answer at most, and touches only what stands still."""
+    PATIENCE = 20
+    PACE = 3.0
     longest = 0.0
-    REST = 0.2
 
     def reach(self, name):
         before, place = None, super().reach(name)
         while before != place:
-            time.sleep(self.REST)
+            time.sleep(0.3 / self.PACE)
             before, place = place, super().reach(name)
         return place
 
     def widgets(self):
         begin = time.monotonic()
         widgets = super().widgets()
-        self.longest = max(self.longest, time.monotonic() - begin)
+        Watcher.longest = max(Watcher.longest, time.monotonic() - begin)
         return widgets
 
 
@@ -82,9 +90,8 @@ class Runtime:
         self.count = 0
         self.fields = dict.fromkeys(FIELDS)  # None: told something whose look is not foretold
         self.rows = {}
-        self.made = self.shown = 0
+        self.made = self.shown = self.lines = 0
         self.missing = []  # indices of rows that are not there, which the panel logs
-        self.lines = collections.Counter()
 
     def text(self, flavour=None):
         self.count += 1
@@ -110,7 +117,7 @@ class Runtime:
     def line(self):
         """Returns a command."""
         kind = self.dice.choices("dvasnwjl", (2, 2, 5, 5, 2, 0.3, 2, 0.5))[0]
-        self.lines[kind] += 1
+        self.lines += 1
         if kind in "dv":
             return self.field(kind)
         if kind in "as":
@@ -143,16 +150,17 @@ class Soak:
 
     def __init__(self, options):
         self.options = options
+        self.build = os.path.dirname(os.path.dirname(options.program))
         with open(options.program, "rb") as program:
             self.weighed = not options.valgrind and b"__asan_init" not in program.read()
         self.dice = random.Random(options.seed)
         self.runtime = Runtime(self.dice)
         self.done = collections.Counter()
-        self.addresses = 0
-        self.log_place = 0
+        self.addresses = self.log_place = 0
+        self.panel = None
         self.samples = []
         if options.valgrind:
-            Watcher.PATIENCE, Watcher.REST = 60, 1
+            Watcher.PATIENCE, Watcher.PACE = 60, 0.3
 
     def start(self):
         subprocess.run(["ip", "link", "add", "eth0", "type", "veth", "peer", "name", "eth1"], check=True)
@@ -164,59 +172,45 @@ class Soak:
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         os.environ.update(DISPLAY=":" + xvfb.stdout.readline().decode().strip(), DBUS_SYSTEM_BUS_ADDRESS=BUS)
         subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--address=" + BUS], stderr=subprocess.DEVNULL)
-        self.wait(lambda: os.path.exists(BUS[10:]), "the bus does not come")
+        self.wait(lambda: os.path.exists(BUS[10:]), lambda: "the bus does not come")
         self.start_service()
         self.start_panel()
 
     def start_service(self):
-        build = os.path.dirname(os.path.dirname(self.options.program))
-        self.service = subprocess.Popen([build + "/simulator/ovik-simulator", "--system", "--lease-delay", "200"],
+        self.service = subprocess.Popen([self.build + "/simulator/ovik-simulator", "--system", "--lease-delay", "200"],
                                         stdout=subprocess.PIPE, env={**os.environ, "LSAN_OPTIONS": "detect_leaks=0"})
         self.service.stdout.readline()
-        # It goes on when nobody reads its lines any more.
-        self.service.stdout.close()
+        self.service.stdout.close()  # it goes on when nobody reads its lines any more
 
     def start_panel(self):
-        build = os.path.dirname(os.path.dirname(self.options.program))
-        suppressions = os.path.join(HERE, "../tests/lsan.supp")
-        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_PLUGIN_PATH": build + "/simulator/plugins",
+        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_PLUGIN_PATH": self.build + "/simulator/plugins",
                        "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe", "QT_ENABLE_REGEXP_JIT": "0",
-                       "LSAN_OPTIONS": f"suppressions={suppressions}:print_suppressions=0"}
+                       "LSAN_OPTIONS": f"suppressions={HERE}/../tests/lsan.supp:print_suppressions=0"}
         command = [self.options.program]
         if self.options.valgrind:
-            command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full", "--errors-for-leak-kinds=definite",
-                       "--show-leak-kinds=definite", f"--suppressions={HERE}/soak.supp"] + command
+            command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
+                       "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", *command]
         else:
             library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")
             environment.update(LD_PRELOAD=library[0], FAKETIME=f"+0 x{SPEED}")
+        os.mkfifo("/tmp/tarnixUI")
         with open(LOG, "wb") as log:
             self.panel = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
                                           env=environment, bufsize=0)
-        greeting = b""
-        while greeting != b"First message\n> ":
-            greeting += self.panel.stdout.read(1) or self.fail(f"it greets with {greeting}")
-        self.wait(lambda: os.path.exists("/tmp/tarnixUI"), "there is no named pipe")
         with open("/tmp/tarnixUI", encoding="ascii") as pipe:
-            if pipe.read() != "paintEvent finished":
-                self.fail("it does not say that it is painted")
+            pipe.read()
         self.finger = Watcher("/tmp/probe")
 
-    def fail(self, what):
-        raise Fault(what)
-
     def wait(self, condition, complaint):
-        """Waits until the condition holds; the complaint may be made when it is needed."""
+        """Waits until the condition holds."""
         deadline = time.monotonic() + Watcher.PATIENCE
         while not condition():
             if time.monotonic() > deadline:
-                self.fail(complaint if isinstance(complaint, str) else complaint())
+                fail(complaint())
             time.sleep(0.05)
 
     def visible(self, *names):
         return any(widget["name"] in names for widget in self.finger.widgets())
-
-    def send(self, data):
-        self.panel.stdin.write(data)
 
     def shown(self):
         """Returns what Runtime.expected() foretells."""
@@ -237,14 +231,14 @@ class Soak:
     def steer(self, member, *arguments):
         self.call("com.quen.OVIK.Simulator", "/Simulator", "com.quen.OVIK.Simulator", member, *arguments)
 
-    def new_address(self):
+    def renew_address(self):
         self.addresses += 1
-        return f"10.9.{self.addresses // 200}.{self.addresses % 200 + 1}"
+        self.address_text = f"10.9.{self.addresses // 200}.{self.addresses % 200 + 1}"
 
     def tap_address(self):
         """Taps the address of eth0, which must not be behind the banner."""
         self.finger.reach("deviceTypeForm_Label")
-        self.finger.tap("=" + self.shown_address)
+        self.finger.tap("=" + self.address_text)
 
     # Everything from here to the next comment is an action.
 
@@ -252,23 +246,22 @@ class Soak:
         data = self.runtime.burst(self.dice.choice((1, 3, 10, 100, 1000, 5000)))
         cuts = sorted(self.dice.randrange(len(data)) for _ in range(self.dice.randrange(12)))
         for begin, end in zip([0] + cuts, cuts + [len(data)]):
-            self.send(data[begin:end])
+            self.panel.stdin.write(data[begin:end])
             time.sleep(self.dice.choice((0, 0.01)))
         self.settle()
 
     def address(self):
         """The service gives eth0 another address; the panel has to find it."""
-        self.shown_address = self.new_address()
+        self.renew_address()
         manager = ("com.quen.OVIK", "/NetworkManager", "com.quen.OVIK.NetworkManager")
-        text = {"name": "eth0", "dhcp": False, "ip_address": self.shown_address, "netmask": "255.0.0.0",
-                "gateway_ip": "10.0.0.1"}
+        text = {"name": "eth0", "dhcp": False, "ip_address": self.address_text, "netmask": "255.0.0.0"}
         self.call(*manager, "setInterfaceConfigJSON", "eth0", json.dumps(text))
         self.call(*manager, "applyNewConfiguration")
-        self.finger.find("=" + self.shown_address)
+        self.finger.find("=" + self.address_text)
 
     def fault(self):
         name, argument = self.dice.choice(FAULTS)
-        x, y = self.finger.reach(self.dice.choice(("=" + self.shown_address, "systemTimeForm_Label")))
+        x, y = self.finger.reach(self.dice.choice(("=" + self.address_text, "systemTimeForm_Label")))
         self.steer("SetWorld", name, argument)
         self.done["  of the service: " + name] += 1
         if self.dice.random() < 0.6:
@@ -294,7 +287,7 @@ class Soak:
         for items in (4, 2):
             self.tap_address()
             if self.finger.find("interfaceList_comboBox")["items"] != items:
-                self.fail(f"the network dialog does not list {items} interfaces")
+                fail(f"the network dialog does not list {items} interfaces")
             self.close_all()
             if items == 4:
                 subprocess.run(["ip", "link", "delete", "eth2"], check=True)
@@ -311,11 +304,11 @@ class Soak:
         self.finger.key(self.dice.choice(("Up", "Down")), "Escape")
         self.finger.tap("interfaceList_comboBox")
         self.finger.key("Escape")
-        self.shown_address = self.new_address()
-        self.finger.type("ipAddress_LineEdit", self.shown_address)
+        self.renew_address()
+        self.finger.type("ipAddress_LineEdit", self.address_text)
         self.finger.tap("applyButton")
         self.close_all()
-        self.finger.find("=" + self.shown_address)
+        self.finger.find("=" + self.address_text)
 
     def date(self):
         """The operator changes the zone, and the server or the date, of which the device lets go only the first."""
@@ -337,7 +330,7 @@ class Soak:
             self.finger.tap("currentDate_DateEdit")
             self.finger.key("Up")
         self.finger.tap("applyButton")
-        self.wait(lambda: open("/etc/timezone", encoding="ascii").read() == zone + "\n", "the zone is not changed")
+        self.wait(lambda: open("/etc/timezone", encoding="ascii").read() == zone + "\n", lambda: "the zone is not changed")
         self.close_all()
 
     def glance(self):
@@ -351,7 +344,7 @@ class Soak:
             return os.path.getsize(LAUNCHES) if os.path.exists(LAUNCHES) else 0
         before = launches()
         self.finger.tap("toolButton")
-        self.wait(lambda: launches() > before, "the settings button starts nothing")
+        self.wait(lambda: launches() > before, lambda: "the settings button starts nothing")
 
     def anywhere(self):
         """The operator taps and drags without looking."""
@@ -363,30 +356,32 @@ class Soak:
         self.close_all()
 
     def wink(self):
-        self.send(b"w0\nw1\n")
+        self.panel.stdin.write(b"w0\nw1\n")
         self.finger.find("winkHorWidget")
         self.finger.pointer("mousemove", "400", "240", "click", "1")
         if self.options.valgrind or self.dice.random() < 0.5:
-            self.send(b"w0\n")
-        self.wait(lambda: not self.visible("winkHorWidget"), "the wink does not end")
+            self.panel.stdin.write(b"w0\n")
+        self.wait(lambda: not self.visible("winkHorWidget"), lambda: "the wink does not end")
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
-        self.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, "the clock stands still")
+        self.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, lambda: "the clock stands still")
 
     # What follows is done between the actions.
 
     def close_all(self):
-        self.send(b"w0\n")
-        deadline = time.monotonic() + Watcher.PATIENCE
-        while self.visible(*DIALOGS):
-            if time.monotonic() > deadline:
-                self.fail("a dialog cannot be closed")
-            if self.dice.random() < 0.7 and self.visible("closeButton"):
-                self.finger.tap("closeButton")
-            else:
-                self.finger.key("Escape")
-            time.sleep(0.1)
+        self.panel.stdin.write(b"w0\n")
+        self.wait(self.are_closed, lambda: "a dialog cannot be closed")
+
+    def are_closed(self):
+        """Closes a dialog if there is one."""
+        if not self.visible(*DIALOGS):
+            return True
+        if self.dice.random() < 0.7 and self.visible("closeButton"):
+            self.finger.tap("closeButton")
+        else:
+            self.finger.key("Escape")
+        return False
 
     def check_log(self):
         """Reads what was logged since the last time."""
@@ -396,10 +391,10 @@ class Soak:
             self.log_place = log.tell()
         for line in lines:
             if not any(pattern.match(line) for pattern in KNOWN):
-                self.fail(f"it logs: {line}")
+                fail(f"it logs: {line}")
         logged = [int(index) for index in re.findall(r"not found idx: (\d+)", "\n".join(lines))]
         if logged != self.runtime.missing:
-            self.fail(f"commands lost: it logs the rows {logged} in place of {self.runtime.missing}")
+            fail(f"commands lost: it logs the rows {logged} in place of {self.runtime.missing}")
         self.runtime.missing.clear()
 
     def rest(self):
@@ -407,10 +402,10 @@ class Soak:
         self.close_all()
         lines = [self.runtime.number(ROWS + 1)]
         lines += [self.runtime.row(letter, index, "") for letter in "as" for index in range(1, ROWS)]
-        self.send(b"\n".join(lines) + b"\n")
+        self.panel.stdin.write(b"\n".join(lines) + b"\n")
         self.settle()
         lines = [self.runtime.number(1)] + [self.runtime.field(prefix) for prefix in FIELDS]
-        self.send(b"\n".join(lines) + b"\n")
+        self.panel.stdin.write(b"\n".join(lines) + b"\n")
         self.settle()
         self.finger.reach("deviceTypeForm_Label")
         self.finger.pointer("mousemove", "799", "240", "sleep", "0.5")
@@ -436,13 +431,12 @@ class Soak:
         action()
         signal.alarm(0)
         if self.panel.poll():
-            self.fail(f"it died with status {self.panel.returncode}")
+            fail(f"it died with status {self.panel.returncode}")
 
     def run(self):
         actions = {self.commands: 12, self.fault: 4, self.network: 2, self.date: 2, self.anywhere: 2, self.wink: 2,
                    self.address: 1, self.glance: 1, self.interfaces: 1, self.restart: 1, self.settings: 1, self.clock: 1}
-        self.start()
-        for action in (self.address, *actions):  # warms up
+        for action in (self.start, self.address, *actions):  # warms up
             self.act(action)
         self.act(self.rest)
         begin = time.monotonic()
@@ -458,37 +452,29 @@ class Soak:
 
     def leave(self):
         self.finger.socket.close()
-        self.send(b"quit\n")
+        self.panel.stdin.write(b"quit\n")
         status = self.panel.wait()
         self.check_log()
-        farewell = self.panel.stdout.read()
-        if (status, farewell) != (0, b"Good bye!\n"):
-            self.fail(f"it ends with status {status} and says {farewell}:\n{open(LOG, encoding='utf-8').read()[-4000:]}")
-
-    def grown(self):
-        """Yields what has grown."""
-        start, middle, end = self.samples[0], self.samples[len(self.samples) // 2], self.samples[-1]
-        for key, name in NUMBERS.items():
-            yield name, start[key], middle[key], end[key], 0, end[key] > start[key]
-        for key, (name, bound) in WEIGHTS.items() if self.weighed else ():
-            yield name, start[key], middle[key], end[key], bound, end[key] > middle[key] + bound
+        said = self.panel.stdout.read()
+        if (status, said) != (0, b"First message\n> Good bye!\n"):
+            fail(f"it ends with status {status}, it has said {said}:\n{open(LOG, encoding='utf-8').read()[-4000:]}")
 
     def report(self, fault):
         """Prints the table and returns the exit status."""
         print(f"\n{'action':40}{'times':>8}")
-        for name, times in sorted(self.done.items()):
+        for name, times in [*sorted(self.done.items()), ("command lines", self.runtime.lines)]:
             print(f"{name:40}{times:8}")
-        print(f"{'command lines':40}{self.runtime.lines.total():8}")
-        bad = []
-        if self.samples:
-            print(f"\n{'held at rest':24}{'start':>9}{'middle':>9}{'end':>9}{'may grow':>10}")
-        for name, start, middle, end, bound, grown in self.grown() if self.samples else ():
+        print(f"\n{'held at rest':24}{'start':>9}{'middle':>9}{'end':>9}{'may grow':>10}")
+        for key, (name, bound) in HELD.items() if self.samples else ():
+            if key in WEIGHTS and not self.weighed:
+                continue
+            start, middle, end = (self.samples[place][key] for place in (0, len(self.samples) // 2, -1))
+            grown = end > (middle if key in WEIGHTS else start) + bound
+            fault = fault or grown * f"grown: {name}"
             print(f"{name:24}{start:9}{middle:9}{end:9}{bound:10}{'  GROWN' * grown}")
-            bad += [name] * grown
-        print(f"\nThe longest wait for an answer was {self.finger.longest:.1f} s.")
-        verdict = fault or ("grown: " + ", ".join(bad) if bad else "")
-        print(f"seed {self.options.seed}: " + (f"FAILED: {verdict}" if verdict else "all is well"))
-        return 1 if verdict else 0
+        print(f"\nThe longest wait for an answer was {Watcher.longest:.1f} s.")
+        print(f"seed {self.options.seed}: " + (f"FAILED: {fault}" if fault else "all is well"))
+        return 1 if fault else 0
 
 
 def on_alarm(*_):
@@ -505,12 +491,11 @@ def main():
     options.minutes = options.minutes or (1 if options.valgrind else 5)
     signal.signal(signal.SIGALRM, on_alarm)
     soak = Soak(options)
-    fault = ""
     try:
         soak.run()
-    except (Fault, LookupError, OSError) as error:
-        fault = f"{error} {soak.panel.poll() if hasattr(soak, 'panel') else ''}"
-    return soak.report(fault)
+    except (Fault, LookupError, OSError, ValueError, subprocess.SubprocessError) as error:
+        return soak.report(f"{error} (status of the panel: {soak.panel and soak.panel.poll()})")
+    return soak.report("")
 
 
 if __name__ == "__main__":
