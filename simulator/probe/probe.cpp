@@ -49,7 +49,8 @@ void onDied(QObject* pObject)
 
 QByteArray countAll()
 {
-    QPixmapCache::clear(); // has room for 10 MiB, which fill by and by
+    QPixmapCache::clear();   // has room for 10 MiB, which fill by and by
+    QApplication::desktop(); // is made when it is needed first and kept
     const std::lock_guard<std::mutex> oGuard(living().oMutex);
     int nTimers = 0;
     for (QObject* pObject :
