@@ -168,6 +168,7 @@ class Soak:
         with open("/usr/bin/kadconfig-app", "w", encoding="ascii") as app:
             app.write(f"#!/bin/sh\necho launched >>{LAUNCHES}\n")
         os.chmod("/usr/bin/kadconfig-app", 0o755)
+        open(LAUNCHES, "x", encoding="ascii").close()
         xvfb = subprocess.Popen(["Xvfb", "-screen", "0", "800x480x24", "-nolisten", "tcp", "-displayfd", "1"],
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         os.environ.update(DISPLAY=":" + xvfb.stdout.readline().decode().strip(), DBUS_SYSTEM_BUS_ADDRESS=BUS)
@@ -191,7 +192,7 @@ class Soak:
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
                        "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", *command]
         else:
-            library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")
+            library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1") or fail("there is no libfaketime")
             environment.update(LD_PRELOAD=library[0], FAKETIME=f"+0 x{SPEED}")
         os.mkfifo("/tmp/tarnixUI")
         with open(LOG, "wb") as log:
@@ -342,11 +343,9 @@ class Soak:
         self.close_all()
 
     def settings(self):
-        def launches():
-            return os.path.getsize(LAUNCHES) if os.path.exists(LAUNCHES) else 0
-        before = launches()
+        before = os.path.getsize(LAUNCHES)
         self.finger.tap("toolButton")
-        self.wait(lambda: launches() > before, lambda: "the settings button starts nothing")
+        self.wait(lambda: os.path.getsize(LAUNCHES) > before, lambda: "the settings button starts nothing")
 
     def anywhere(self):
         """The operator taps and drags without looking."""
@@ -387,10 +386,12 @@ class Soak:
 
     def check_log(self):
         """Reads what was logged since the last time."""
-        with open(LOG, encoding="utf-8", errors="replace") as log:
+        with open(LOG, "rb") as log:
             log.seek(self.log_place)
-            lines = log.read().splitlines()
-            self.log_place = log.tell()
+            text = log.read()
+        text = text[:text.rfind(b"\n") + 1]
+        self.log_place += len(text)
+        lines = text.decode(errors="replace").split("\n")[:-1]
         for line in lines:
             if not any(pattern.match(line) for pattern in KNOWN):
                 fail(f"it logs: {line}")
@@ -479,10 +480,6 @@ class Soak:
         return 1 if fault else 0
 
 
-def on_alarm(*_):
-    raise Fault("it hangs")
-
-
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--minutes", type=float)
@@ -491,7 +488,7 @@ def main():
     parser.add_argument("program")
     options = parser.parse_args()
     options.minutes = options.minutes or (1 if options.valgrind else 5)
-    signal.signal(signal.SIGALRM, on_alarm)
+    signal.signal(signal.SIGALRM, lambda *_: fail("it hangs"))
     soak = Soak(options)
     try:
         soak.run()

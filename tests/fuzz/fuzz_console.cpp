@@ -27,11 +27,8 @@ static QVariantList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPie
     sWinks oWinks;
     EventGrabber::getInstance()->installEventFilter(&oWinks);
     int oPipe[2] = {-1, -1};
-    if (pipe(oPipe) != 0 || dup2(oPipe[0], STDIN_FILENO) != STDIN_FILENO || close(oPipe[0]) != 0) {
-        std::abort();
-    }
+    bool bQuit = pipe(oPipe) != 0 || dup2(oPipe[0], STDIN_FILENO) != STDIN_FILENO || close(oPipe[0]) != 0;
     auto* pConsole = new Console(&s_oPanel);
-    bool bQuit = false;
     QObject::connect(pConsole, &Console::quit, [&] { bQuit = true; });
     pConsole->run();
     for (int nSent = 0; nSent < oBytes.size() && !bQuit; nSent += nPiece, std::swap(nPiece, nNextPiece)) {
