@@ -27,12 +27,11 @@ FLAVOURS = ["", "Running", "Förderband Süd", "<b>bold</b>&amp;", "  blanks\tan
 JUNK = [b"", b"Quit", b"quit ", b"w2", b"w", b"A001x", b" d#", b"\xff\xfe\xc3", b"n\xff", b"n-1", b"n0", b"n99999999999",
         b"z\0d#", b"x" * 300000, b"i4711", b"i", b"nine"]
 DIRT = [b"\xff\xfe#\xc3(", b"\xf0\x9f", b"#cut\0off", b"#" + b"long " * 4000, b"\xed\xa0\x80#", b""]
-FAULTS = [("absent", ""), ("slow", "150"), ("errors", ""), ("errors", "getInterfaceConfig"), ("silent", ""),
-          ("wrong-types", ""), ("wrong-types", "json"), ("short-records", "2"), ("unknown-interface", "eth0"),
-          ("vanishes", ":300"), ("malformed-json", "")]
-FAULTS += [("malformed-json", text) for text in (
-    "", "null", "{}", '"', '{"name":1}', '{"name":"eth0","dhcp":1e999}', "[" * 50000, '{"name":"\\ud800"}', "{" * 9,
-    '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€")]
+FAULTS = {"absent": [""], "slow": ["150"], "errors": ["", "getInterfaceConfig", "getConfigJSON"], "silent": [""],
+          "wrong-types": ["", "json"], "short-records": ["2"], "unknown-interface": ["", "eth0"], "vanishes": [":300"],
+          "malformed-json": [
+              "", "null", "{}", '"', '{"name":1}', '{"name":"eth0","dhcp":1e999}', "[" * 50000, '{"name":"\\ud800"}',
+              '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€"]}
 # What is weighed at rest, with what it may grow: weights from the middle to the end, all else from the start.
 HELD = {"objects": ("QObjects", 0), "timers": ("timers that run", 0), "widgets": ("widgets", 0),
         "topLevels": ("top-level widgets", 0), "fds": ("file descriptors", 0), "threads": ("threads", 0),
@@ -261,9 +260,9 @@ class Soak:
         self.finger.find("=" + self.address_text)
 
     def fault(self):
-        name, argument = self.dice.choice(FAULTS)
+        name = self.dice.choice(list(FAULTS))
         x, y = self.finger.reach(self.dice.choice(("=" + self.address_text, "systemTimeForm_Label")))
-        self.steer("SetWorld", name, argument)
+        self.steer("SetWorld", name, self.dice.choice(FAULTS[name]))
         self.done["  of the service: " + name] += 1
         if self.dice.random() < 0.6:
             self.finger.pointer("mousemove", str(x), str(y), "click", "1")

@@ -15,7 +15,10 @@
 
 struct sWinks : public QObject // in place of the overlay, which asks the platform service
 {
-    bool eventFilter(QObject*, QEvent* pEvent) override { return m_oTypes << pEvent->type(), true; }
+    bool eventFilter(QObject* /*pWatched*/, QEvent* pEvent) override
+    {
+        return m_oTypes << pEvent->type(), true;
+    }
     QVariantList m_oTypes;
 };
 
