@@ -11,7 +11,7 @@ packages=(
     build-essential clang cmake file libclang-rt-14-dev llvm ninja-build
     qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
     fonts-liberation fonts-dejavu-core imagemagick openbox
-    iproute2 python3 strace tzdata util-linux x11-utils xdotool xserver-xephyr xvfb
+    iproute2 libfaketime python3 strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
 )
 [[ ${1:-} != --keyboard ]] || packages+=(
     qtvirtualkeyboard-plugin qml-module-qtquick2 qml-module-qtquick-layouts qml-module-qtquick-window2

@@ -20,6 +20,7 @@ import time
 class Finger:
     """SOCKET is the probe's local socket; every operation fails with LookupError after PATIENCE seconds."""
     PATIENCE = 15
+    PACE = 1.0  # of the finger's movements and rests
 
     def __init__(self, path):
         self.socket = socket.socket(socket.AF_UNIX)
@@ -63,8 +64,8 @@ class Finger:
         """Presses, moves up or down by small steps, rests, and releases."""
         words = ["mousemove", str(x), str(start), "mousedown", "1"]
         for step in range(1, 11):
-            words += ["mousemove", str(x), str(start + (end - start) * step // 10), "sleep", "0.03"]
-        self.pointer(*words, "sleep", "0.3", "mouseup", "1", "sleep", "0.2")
+            words += ["mousemove", str(x), str(start + (end - start) * step // 10), "sleep", str(0.03 / self.PACE)]
+        self.pointer(*words, "sleep", str(0.3 / self.PACE), "mouseup", "1", "sleep", str(0.2 / self.PACE))
 
     @staticmethod
     def middle(widget):
@@ -79,7 +80,7 @@ class Finger:
 
     def key(self, *keys):
         """Presses keys, named as xdotool names them, after what was tapped last has had time to open."""
-        self.pointer("sleep", "0.3", "key", *keys)
+        self.pointer("sleep", str(0.3 / self.PACE), "key", *keys)
 
     @staticmethod
     def pointer(*words):

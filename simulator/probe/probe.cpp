@@ -1,3 +1,4 @@
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QComboBox>
 #include <QGenericPlugin>
@@ -8,10 +9,62 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QPaintEvent>
+#include <QPixmapCache>
+#include <malloc.h>
+#include <mutex>
+#include <unordered_set>
+
+extern Q_CORE_EXPORT quintptr qtHookData[]; // Qt's hooks for tools of this kind
 
 namespace {
 
 constexpr char s_szPainted[] = "painted";
+constexpr int s_nAddHook = 3; // their places never change
+constexpr int s_nRemoveHook = 4;
+
+/** All QObjects of all threads that have been made since the probe was loaded. */
+struct sLiving
+{
+    std::mutex oMutex;
+    std::unordered_set<QObject*> oObjects;
+};
+
+sLiving& living()
+{
+    static auto& s_oLiving = *new sLiving; // outlives the last QObject
+    return s_oLiving;
+}
+
+void onBorn(QObject* pObject)
+{
+    const std::lock_guard<std::mutex> oGuard(living().oMutex);
+    living().oObjects.insert(pObject);
+}
+
+void onDied(QObject* pObject)
+{
+    const std::lock_guard<std::mutex> oGuard(living().oMutex);
+    living().oObjects.erase(pObject);
+}
+
+QByteArray countAll()
+{
+    QPixmapCache::clear();   // has room for 10 MiB, which fill by and by
+    QApplication::desktop(); // is made when it is needed first and kept
+    const std::lock_guard<std::mutex> oGuard(living().oMutex);
+    int nTimers = 0;
+    for (QObject* pObject :
+         living().oObjects) { // possibly one of another thread that is dying: only asked for
+        nTimers += QAbstractEventDispatcher::instance()->registeredTimers(pObject).size();
+    }
+    const struct mallinfo2 oHeap = mallinfo2();
+    const QJsonObject oCounts{{"objects", static_cast<qint64>(living().oObjects.size())},
+                              {"timers", nTimers},
+                              {"widgets", QApplication::allWidgets().size()},
+                              {"topLevels", QApplication::topLevelWidgets().size()},
+                              {"heap", static_cast<qint64>(oHeap.uordblks + oHeap.hblkhd)}};
+    return QJsonDocument(oCounts).toJson(QJsonDocument::Compact) + '\n';
+}
 
 QJsonArray toJson(const QRect& oRect)
 {
@@ -72,8 +125,9 @@ QByteArray describeAll()
 
 } // namespace
 
-/** Answers every line on its local socket with a description of all widgets of the program that it is loaded
- * into, the part of each that was painted since the last answer included. */
+/** Answers the line "count" on its local socket with numbers of what is alive in the program that it is
+ * loaded into, its timers that run and the bytes of heap in use; any other line with a description of all its
+ * widgets, the part of each that was painted since the last answer included. */
 class Probe : public QObject
 {
     Q_OBJECT
@@ -81,6 +135,8 @@ class Probe : public QObject
 public:
     explicit Probe(const QString& strPath)
     {
+        qtHookData[s_nAddHook] = reinterpret_cast<quintptr>(&onBorn);
+        qtHookData[s_nRemoveHook] = reinterpret_cast<quintptr>(&onDied);
         connect(&m_oServer, SIGNAL(newConnection()), this, SLOT(onNewConnection()));
         m_oServer.listen(strPath);
         qApp->installEventFilter(this);
@@ -107,8 +163,8 @@ private slots:
     {
         auto* pSocket = static_cast<QLocalSocket*>(sender());
         while (pSocket->canReadLine()) {
-            pSocket->readLine();
-            pSocket->write(describeAll());
+            const bool bCount = pSocket->readLine() == "count\n";
+            pSocket->write(bCount ? countAll() : describeAll());
         }
     }
 
