@@ -44,15 +44,20 @@ class Finger:
         raise LookupError(f"no widget {name} {text or ''}")
 
     def reach(self, name):
-        """Drags the panel's rows until the middle of the widget is on screen, and returns the middle."""
+        """Drags the panel's rows until the middle of the widget is on screen and stands still, and returns it."""
         _, top, width, height = self.find("scrollArea")["rect"]
         upper, lower = top + height // 4, top + height * 3 // 4
         deadline = time.monotonic() + self.PATIENCE
+        before = None
         while time.monotonic() < deadline:
-            x, y = self.middle(self.find(name))
-            if 0 < y < top + height:
+            widget = self.find(name)
+            x, y = self.middle(widget)
+            if not widget["reachable"]:
+                self.drag(width // 3, *((lower, upper) if y > upper else (upper, lower)))
+            elif (x, y) == before:
                 return x, y
-            self.drag(width // 3, *((lower, upper) if y > 0 else (upper, lower)))
+            before = x, y
+            time.sleep(0.3 / self.PACE)
         raise LookupError(f"{name} cannot be reached")
 
     def tap(self, name):

@@ -137,11 +137,12 @@ fnStage wink-blink 'It blinks once a second'
 fnSend w0
 fnStage wink-off 'Wink is off'
 
-fnFinger reach plcStatusForm_Label
+fnFinger reach appnameForm_Label
 fnSend n3 'a000Mixer line' 's000Running'
 fnStage application 'The main application runs; the rows are scrolled to it by touch'
 
 fnSend 'a001Förderband Süd' 's001Stop' 'a002Not shown: the last index has no row'
+fnFinger reach '=Förderband Süd'
 fnStage applications 'Three applications'
 
 fnSend 's000Exception' 's001Running'

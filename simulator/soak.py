@@ -62,17 +62,10 @@ def fail(what):
 
 
 class Watcher(Finger):
-    """Remembers how long the panel took to answer at most, and touches only what stands still."""
+    """Remembers how long the panel took to answer at most."""
     PATIENCE = 20
     PACE = 3.0
     longest = 0.0
-
-    def reach(self, name):
-        before, place = None, super().reach(name)
-        while before != place:
-            time.sleep(0.3 / self.PACE)
-            before, place = place, super().reach(name)
-        return place
 
     def widgets(self):
         begin = time.monotonic()
@@ -151,7 +144,8 @@ class Soak:
         self.options = options
         self.build = os.path.dirname(os.path.dirname(options.program))
         with open(options.program, "rb") as program:
-            self.weighed = not options.valgrind and b"__asan_init" not in program.read()
+            # A memory checker bears neither another time nor weighing.
+            self.checker = options.valgrind or b"__asan_init" in program.read()
         self.dice = random.Random(options.seed)
         self.runtime = Runtime(self.dice)
         self.done = collections.Counter()
@@ -190,7 +184,7 @@ class Soak:
         if self.options.valgrind:
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
                        "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", *command]
-        else:
+        elif not self.checker:
             library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1") or fail("there is no libfaketime")
             environment.update(LD_PRELOAD=library[0], FAKETIME=f"+0 x{SPEED}")
         os.mkfifo("/tmp/tarnixUI")
@@ -235,11 +229,6 @@ class Soak:
         self.addresses += 1
         self.address_text = f"10.9.{self.addresses // 200}.{self.addresses % 200 + 1}"
 
-    def tap_address(self):
-        """Taps the address of eth0, which must not be behind the banner."""
-        self.finger.reach("deviceTypeForm_Label")
-        self.finger.tap("=" + self.address_text)
-
     # Everything from here to the next comment is an action.
 
     def commands(self):
@@ -267,7 +256,7 @@ class Soak:
         if self.dice.random() < 0.6:
             self.finger.pointer("mousemove", str(x), str(y), "click", "1")
         time.sleep(self.dice.uniform(0.2, 1.5))
-        if name == "silent" and (self.options.valgrind or self.dice.random() < 0.5):
+        if name == "silent" and (self.checker or self.dice.random() < 0.5):
             self.steer("SetWorld", "absent", "")  # else each call waits for 25 seconds
         self.steer("SetWorld", "well", "")
         self.close_all()
@@ -285,7 +274,7 @@ class Soak:
         """Two interfaces come and go; the network dialog lists what there is."""
         subprocess.run(["ip", "link", "add", "eth2", "type", "veth", "peer", "name", "eth3"], check=True)
         for items in (4, 2):
-            self.tap_address()
+            self.finger.tap("=" + self.address_text)
             if self.finger.find("interfaceList_comboBox")["items"] != items:
                 fail(f"the network dialog does not list {items} interfaces")
             self.close_all()
@@ -294,7 +283,7 @@ class Soak:
 
     def network(self):
         """The operator gives eth0 another address."""
-        self.tap_address()
+        self.finger.tap("=" + self.address_text)
         self.finger.find("NetworkSettingsDialog")
         if self.dice.random() < 0.5:
             self.commands()
@@ -359,7 +348,7 @@ class Soak:
         self.panel.stdin.write(b"w0\nw1\n")
         self.finger.find("winkHorWidget")
         self.finger.pointer("mousemove", "400", "240", "click", "1")
-        if self.options.valgrind or self.dice.random() < 0.5:
+        if self.checker or self.dice.random() < 0.5:
             self.panel.stdin.write(b"w0\n")
         self.wait(lambda: not self.visible("winkHorWidget"), lambda: "the wink does not end")
 
@@ -468,7 +457,7 @@ class Soak:
             print(f"{name:40}{times:8}")
         print(f"\n{'held at rest':24}{'start':>9}{'middle':>9}{'end':>9}{'may grow':>10}")
         for key, (name, bound) in HELD.items() if self.samples else ():
-            if key in WEIGHTS and not self.weighed:
+            if key in WEIGHTS and self.checker:
                 continue
             start, middle, end = (self.samples[place][key] for place in (0, len(self.samples) // 2, -1))
             grown = end > (middle if key in WEIGHTS else start) + bound

@@ -78,6 +78,8 @@ QJsonObject describe(QWidget* pWidget)
                       {"class", pWidget->metaObject()->className()},
                       {"parent", pWidget->parentWidget() ? pWidget->parentWidget()->objectName() : QString()},
                       {"visible", pWidget->isVisible()},
+                      {"reachable", pWidget->visibleRegion().intersects(
+                                        QRect(0, pWidget->height() / 2, pWidget->width(), 1))},
                       {"rect", toJson(QRect(pWidget->mapToGlobal(QPoint()), pWidget->size()))},
                       {"minimum", toJson(QRect(QPoint(), pWidget->minimumSizeHint()))},
                       {"flags", static_cast<int>(pWindow->windowFlags())},
