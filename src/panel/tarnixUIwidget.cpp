@@ -75,6 +75,12 @@ TarnixUI::TarnixUI(QWidget* pParent)
     : QWidget(pParent), ui(new Ui_MorvaWidget),
       m_pPanelInfo(new PanelInfo(QGuiApplication::primaryScreen()->geometry().size()))
 {
+    // The banner's font, for all: the form measures its labels before they have theirs, and would load
+    // another one in vain.
+    QFont oFont = font();
+    oFont.setFamily(s_szFontFamily);
+    oFont.setPixelSize(m_pPanelInfo->systemSettingFontSize);
+    setFont(oFont);
     ui->setupUi(this);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
@@ -166,9 +172,6 @@ void TarnixUI::populateBanner()
     ui->toolButton->setAutoRaise(true);
 
     ui->systemSettingsLabel->setText(m_pPanelInfo->szLbl_SystemSetting);
-    QFont oFont = ui->systemSettingsLabel->font();
-    oFont.setPixelSize(m_pPanelInfo->systemSettingFontSize);
-    ui->systemSettingsLabel->setFont(oFont);
     ui->logo->setPixmap(m_pPanelInfo->hBitmapLogo);
 }
 
