@@ -7,6 +7,8 @@
 int main(int argc, char* argv[])
 {
     Console::guardStandardStreams();
+    // Nothing here draws with OpenGL, and loading it would take half of the start and of the memory.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication oApplication(argc, argv);
     TarnixUI oPanel;
     EventGrabber::getInstance();
