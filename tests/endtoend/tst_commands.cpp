@@ -148,6 +148,12 @@ private slots:
                     pPanel->waitForLog("Command line longer than 4194304 bytes dropped"));
             QVERIFY(!pPanel->output().contains("Good bye!"));
         }
+        PanelProcess oLongLine;
+        QVERIFY(oLongLine.start());
+        oLongLine.send("v" + QByteArray(5000000, 'x') + "\nd#next\n");
+        QCOMPARE(oLongLine.waitForText("deviceTypeForm_Label", "#next"), QString("#next"));
+        QCOMPARE(oLongLine.widget("targetVersionForm_Label").text(), QString("TargVer"));
+        QCOMPARE(oLongLine.quit(), 0);
     }
 };
 
