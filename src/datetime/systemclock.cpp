@@ -64,9 +64,9 @@ int updateHWClock(long t)
     const time_t nTime = t;
     tm oTime{};
     // Without an RTC the descriptor is -1, which no file ever has: the request fails and is reported as well.
-    const bool bBroken = gmtime_r(&nTime, &oTime) != nullptr;
+    const bool bConverted = gmtime_r(&nTime, &oTime) != nullptr;
     const rtc_time oRTCTime = rtcTime(oTime);
-    if (!bBroken || ioctl(nDescriptor, RTC_SET_TIME, &oRTCTime) != 0) {
+    if (!bConverted || ioctl(nDescriptor, RTC_SET_TIME, &oRTCTime) != 0) {
         perror("Could not set the RTC time");
     }
     if (nDescriptor >= 0) {
