@@ -62,8 +62,8 @@ options=()
 mkdir "$work/pictures"
 [[ -z ${keyboard[*]} ]] || export QT_IM_MODULE=qtvirtualkeyboard QT_QUICK_BACKEND=software
 unset QT_SCALE_FACTOR QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_STYLE_OVERRIDE
-DISPLAY=:$(<"$work/display") QT_QPA_PLATFORM=xcb simulator/sandbox.sh --keep /tmp/.X11-unix --keep "$work/pictures" -- \
-    simulator/runtime.sh "${options[@]}" build/dev
+DISPLAY=:$(<"$work/display") QT_QPA_PLATFORM=xcb tools/sandbox.sh --keep /tmp/.X11-unix --keep "$work/pictures" -- \
+    demo/runtime.sh "${options[@]}" build/dev
 if [[ -n $pictures ]]; then
     mkdir -p "$pictures"
     cp "$work"/pictures/*.png "$pictures"

@@ -8,7 +8,7 @@ cd "$(dirname "$0")/../.."
 cmake --preset benchmark >/dev/null
 cmake --build --preset benchmark --target tarnixUI bare-window firstpaint ovik-simulator
 # shellcheck disable=SC2016 # expanded inside
-simulator/sandbox.sh -- bash -c '
+tools/sandbox.sh -- bash -c '
     ip link add eth0 type veth peer name eth1
     export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
     dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/dev/null &

@@ -6,6 +6,6 @@ cd "$(dirname "$0")/../.."
 cmake --preset benchmark >/dev/null
 cmake --build --preset benchmark --target platform-benchmark
 # shellcheck disable=SC2016 # expanded inside
-simulator/sandbox.sh -- bash -c '
+tools/sandbox.sh -- bash -c '
     for ((i = 0; i < 32; i += 2)); do ip link add "eth$i" type veth peer name "eth$((i + 1))"; done
     QT_QPA_PLATFORM=offscreen build/benchmark/benchmarks/platform/platform-benchmark'

@@ -4,7 +4,7 @@ folder=$(dirname "${BASH_SOURCE[0]}")
 fnDevice() { # puts a good device into place, whatever became of the one before
     local tool
     rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/hung
-    PATH=/tmp/original:$PATH "$folder/../../simulator/device/install.sh"
+    PATH=/tmp/original:$PATH "$folder/../../tools/device/install.sh"
     mkdir -p /tmp/original /tmp/real
     mv /usr/bin/{ntpq,kadconfig-gen-timezones.sh,kadconfig-gen-ntp-conf.sh} /tmp/original
     for tool in sh cat ln chmod; do

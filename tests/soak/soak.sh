@@ -12,7 +12,7 @@
 # The end is a table; the exit status is 0 if all is well, 1 if not, 2 if the call is wrong.
 set -euo pipefail
 
-simulator=$(realpath "$(dirname "$0")")
+source=$(realpath "$(dirname "$0")/../..")
 program=
 options=()
 while (($#)); do
@@ -30,11 +30,11 @@ while (($#)); do
 done
 
 if [[ -z $program ]]; then
-    cd "$simulator/.."
+    cd "$source"
     packaging/install-build-packages.sh
     cmake --preset dev >/dev/null
     cmake --build --preset dev --target tarnixUI ovik-simulator probe
     program=$PWD/build/dev/src/tarnixUI
 fi
 unset QT_SCALE_FACTOR QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_STYLE_OVERRIDE QT_IM_MODULE
-exec "$simulator/sandbox.sh" --keep "$(dirname "$(dirname "$program")")" -- "$simulator/soak.py" "${options[@]}" "$program"
+exec "$source/tools/sandbox.sh" --keep "$(dirname "$(dirname "$program")")" -- "$source/tests/soak/soak.py" "${options[@]}" "$program"

@@ -12,9 +12,11 @@ import subprocess
 import sys
 import time
 
-from finger import Finger
-
 HERE = os.path.dirname(os.path.abspath(__file__))
+TOOLS = os.path.join(HERE, "../../tools")
+sys.path.insert(0, TOOLS)
+from finger import Finger  # noqa: E402
+
 BUS = "unix:path=/tmp/soak-bus"
 LOG = "/tmp/soak.log"
 LAUNCHES = "/tmp/launches"
@@ -157,7 +159,7 @@ class Soak:
 
     def start(self):
         subprocess.run(["ip", "link", "add", "eth0", "type", "veth", "peer", "name", "eth1"], check=True)
-        subprocess.run([HERE + "/device/install.sh"], check=True)
+        subprocess.run([TOOLS + "/device/install.sh"], check=True)
         with open("/usr/bin/kadconfig-app", "w", encoding="ascii") as app:
             app.write(f"#!/bin/sh\necho launched >>{LAUNCHES}\n")
         os.chmod("/usr/bin/kadconfig-app", 0o755)
@@ -177,9 +179,9 @@ class Soak:
         self.service.stdout.close()  # it goes on when nobody reads its lines any more
 
     def start_panel(self):
-        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_PLUGIN_PATH": self.build + "/simulator/plugins",
+        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_PLUGIN_PATH": self.build + "/tests/plugins",
                        "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe", "QT_ENABLE_REGEXP_JIT": "0",
-                       "LSAN_OPTIONS": f"suppressions={HERE}/../tests/lsan.supp:print_suppressions=0"}
+                       "LSAN_OPTIONS": f"suppressions={HERE}/../lsan.supp:print_suppressions=0"}
         command = [self.options.program]
         if self.options.valgrind:
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",

@@ -62,13 +62,13 @@ fnPrompt() {
     fnSend quit
 }
 
-fnFinger() { simulator/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }
+fnFinger() { tools/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }
 
 fnDevice() {
     ip link add eth0 type veth peer name eth1
     printf '#!/bin/bash\ntouch /tmp/configuration-started\n' >/usr/bin/kadconfig-app
     chmod +x /usr/bin/kadconfig-app
-    simulator/device/install.sh
+    tools/device/install.sh
 
     export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
     dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
@@ -85,7 +85,7 @@ fnService() { # MEMBER ARGUMENT...: another client of the platform service
 fnDevice
 # Without a compositing manager the window of the keyboard would hide all behind it.
 [[ -z ${QT_IM_MODULE:-} ]] || xcompmgr 2>/dev/null &
-export QT_PLUGIN_PATH=$build/simulator/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
+export QT_PLUGIN_PATH=$build/tests/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"
