@@ -5,7 +5,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDebug>
-#include <QStringList>
 
 #include <algorithm>
 #include <cstdlib>
@@ -23,7 +22,6 @@ constexpr char s_szNTPService[] = "ntpd";
 constexpr int s_nProbeTimeoutMs = 5000;
 constexpr int s_nProbes = 3;
 constexpr int s_nRootAttempts = 3;
-constexpr int s_nMacBytes = 6;
 
 /** Waits until Qt's thread has noted the name that the bus has given to a new connection. */
 void settleConnection(const QDBusConnection& oConnection)
@@ -328,12 +326,15 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
     ipAddress = toIPv4(dhcp ? oInterface.actual_ip_address : oInterface.ip_address);
     netMask = toIPv4(dhcp ? oInterface.actual_netmask : oInterface.netmask);
     gateWay = toIPv4(dhcp ? oInterface.actual_gateway_ip : oInterface.gateway_ip);
-    // Without this an interface that has no MAC address would show that of the interface read before.
-    std::fill(std::begin(macAddress), std::end(macAddress), quint8(0));
-    const QStringList oParts = oInterface.mac_address.split(QLatin1Char(':'));
-    std::transform(oParts.cbegin(), oParts.cbegin() + std::min(oParts.size(), s_nMacBytes),
-                   std::begin(macAddress),
-                   [](const QString& strPart) { return static_cast<quint8>(strPart.toInt(nullptr, 16)); });
+    // Part by part: the whole text could have any number of them.
+    const QString& strMac = oInterface.mac_address;
+    int nBegin = 0;
+    for (quint8& nByte : macAddress) {
+        const int nColon = strMac.indexOf(QLatin1Char(':'), nBegin);
+        const int nEnd = nColon < 0 ? strMac.size() : nColon;
+        nByte = static_cast<quint8>(strMac.midRef(nBegin, nEnd - nBegin).toInt(nullptr, 16));
+        nBegin = std::min(nEnd + 1, strMac.size());
+    }
 }
 
 bool OVIKPlatform::SetNetworkSettings()
