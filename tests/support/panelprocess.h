@@ -24,7 +24,7 @@ private:
     QString m_strName;
 };
 
-/** One widget of the running panel, as the probe in it tells. */
+/** One widget of the running panel, as its probe reports it. */
 struct sWidget : QJsonObject
 {
     QString name() const { return value("name").toString(); }
@@ -32,7 +32,7 @@ struct sWidget : QJsonObject
     QString text() const { return value(contains("text") ? "text" : "currentText").toString(); }
     bool isVisibleLabel() const { return value("class") == "QLabel" && value("visible").toBool(); }
     /** Returns a member that holds a rectangle: "rect" in screen pixels, "minimum" the smallest size,
-     * "painted" what was painted since the widgets were asked for last, in screen pixels. */
+     * "painted" what was painted since the last request, in screen pixels. */
     QRect rect(const QString& strMember = "rect") const;
 };
 
