@@ -300,7 +300,8 @@ void OVIKPlatform::restartNTPDService(bool bEnable)
     if (!m_serviceManager) {
         return;
     }
-    // Every change starts from a daemon that is stopped and disabled. Kept, see docs/compatibility.md
+    // Every change starts from a daemon that is stopped and disabled.
+    // Kept, see docs/compatibility.md
     m_serviceManager->stop(s_szNTPService);
     m_serviceManager->disable(s_szNTPService);
     if (!bEnable) {
