@@ -1,6 +1,8 @@
 #pragma once
 
 #include "network/networkinterfaceaccess.h"
+#include "panel/panelstyle.h"
+#include "panel/rowlabels.h"
 
 #include <QList>
 #include <QMap>
@@ -12,43 +14,18 @@
 
 class DateTimeDialog;
 class NetworkSettingsDialog;
-class QBoxLayout;
 class QDialog;
-class QLabel;
-class QLayout;
 class Ui_MorvaWidget;
 struct PanelInfo;
-
-/** What a label of the panel is for. */
-enum eLabelType {
-    eType_Label = 0, /**< a caption, such as "PLC Status:" */
-    eType_Form = 1   /**< a value, shown beside a caption */
-};
-
-/** The labels of one application beyond the first; all are owned by the widget tree. */
-struct sAppStatusUIDetails
-{
-    QLabel* m_pAppNameLabel;  /**< caption of the application's name */
-    QLabel* m_pAppFormLabel;  /**< the application's name */
-    QLabel* m_pStatLabel;     /**< caption of the PLC status */
-    QLabel* m_pStatFormLabel; /**< the PLC status */
-};
-
-/** The value labels of one network interface; all are owned by the widget tree. */
-struct sNetworkInterfaceUIDetails
-{
-    QLabel* m_pIPAddressLabel;
-    QLabel* m_pSubnetMaskLabel;
-    QLabel* m_pStdGatewayLabel;
-};
 
 /**
  * The panel: the one full-screen window of the device, with a banner, a main text and rows of captions and
  * values.
  *
- * The command channel (Console), which it owns, fills the values; it keeps the clock and the
- * rows of the network interfaces itself, opens the dialogs for both, tells the runtime through
- * the named pipe "/tmp/tarnixUI" that it is on screen, and starts the platform's configuration application.
+ * It builds the rows, shows values and receives taps. The command channel (Console), which it owns, fills
+ * most values; the clock and the addresses of the network interfaces it updates itself. A tap opens a dialog
+ * or starts the configuration application (launchConfigurationApp()). The first paint schedules the start-up
+ * notice (writeStartNotice()).
  */
 class TarnixUI : public QWidget, public NetworkInterfaceAccess
 {
@@ -93,33 +70,19 @@ public:
     /** Returns the details of the interfaces that the panel shows: getSystemNetworkInterfaceDetails(). */
     QList<sNetworkInterfaceDetails> getNetworkInterfacesList();
 
-    /**
-     * Returns the details of every interface that the operating system reports, in its order, without
-     * loopback and CAN. Each is read with getInterfaceDetails(), but always has its name.
-     */
+    /** Returns readAllInterfaceSettings(). */
     QList<sNetworkInterfaceDetails> getSystemNetworkInterfaceDetails();
 
-    /**
-     * Reads the current settings of an interface from the platform service (its getInterfaceConfig call).
-     * @return empty texts if the platform client is not connected; after an error reply, and before the first
-     * answer, what was read last, possibly of another interface (required by the device's other software)
-     */
+    /** Returns readInterfaceSettings() of the named interface. */
     sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
 
-    /**
-     * Sends the addresses and the DHCP flag of the record to the platform service, for the interface that the
-     * record names (its calls getInterfaceConfig, setInterfaceConfigJSON and applyNewConfiguration). A text
-     * that is no IPv4 address counts as 0.0.0.0.
-     * @return what OVIKPlatform::SetNetworkSettings() returns; true also if the interface could not be
-     * selected (required by the device's other software)
-     */
-    bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) override;
+    /** Returns writeInterfaceSettings() of the record. */
+    bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) final;
 
-    /** Returns three interfaces that do not exist, eth0 to eth2, for development. */
+    /** Returns testInterfaceSettings(). */
     static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
-    /** Lets the panel see the taps on its values; see QObject::eventFilter. Returns true for a tap that it
-     * handled. */
+    /** Watches the values for taps; see QObject::eventFilter. Returns true for a tap that it handled. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
@@ -140,27 +103,19 @@ private slots:
 
 private:
     void populateUI();
-    void populateBanner();
     void populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue, const QString& strValue);
-    void fitRow(QLabel* pCaption, QLabel* pValue);
     void watchTaps(QLabel* pLabel, QList<QObject*>& oWidgetList);
     void insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
                                       QWidget* pValueAnchor);
-    QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor);
     QLabel* createLabel(const QString& strText, eLabelType eType);
     QLabel* createPlainLabel(const QString& strText, eLabelType eType);
-    static void showDetails(const sNetworkInterfaceUIDetails& oLabels,
-                            const sNetworkInterfaceDetails& oDetails);
     void setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType);
-    void enableTouchScrolling();
     QLabel* createAppLabel(const QString& strText, eLabelType eType);
     sAppStatusUIDetails createAppRow();
-    static void setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible);
     const sAppStatusUIDetails* findAppRow(int nIndex) const;
     QString interfaceOf(const QObject* pValueLabel) const;
     void runDialog(QDialog* pDialog);
     void LaunchCtrlPanel();
-    void retryNamedPipe();
 
     Ui_MorvaWidget* ui;
     QList<QObject*> m_oNetworkSettingsWidgetList;
