@@ -73,12 +73,6 @@ public:
     /** Returns readAllInterfaceSettings(). */
     QList<sNetworkInterfaceDetails> getSystemNetworkInterfaceDetails();
 
-    /** Returns readInterfaceSettings() of the named interface. */
-    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
-
-    /** Returns writeInterfaceSettings() of the record. */
-    bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) final;
-
     /** Returns testInterfaceSettings(). */
     static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
@@ -89,8 +83,14 @@ protected:
     /** Paints the panel; the first paint of the process schedules the start-up notice. */
     void paintEvent(QPaintEvent* pEvent) override;
 
+public:
+    /** Returns readInterfaceSettings() of the named interface. */
+    sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
+
+    /** Returns writeInterfaceSettings() of the record. */
+    bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) final;
+
 private slots:
-    void onScrollerStateChanged(QScroller::State eState);
     void onSysTimeTimerTimeOut();
     void onSystemDateTimeRequested();
     void onNetworkSettingsRequested(QObject* pWatched);
@@ -100,6 +100,7 @@ private slots:
     void onProcessStarted();
     void onProcessFinished(int nExitCode);
     void writeToNamedPipe();
+    void onScrollerStateChanged(QScroller::State eState);
 
 private:
     void populateUI();
