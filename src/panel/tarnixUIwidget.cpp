@@ -12,9 +12,9 @@
 #include "platform/ovikplatform.h"
 #include "ui_tarnixUIwidget.h"
 
+#include <QCloseEvent>
 #include <QDateTime>
 #include <QDebug>
-#include <QMouseEvent>
 #include <QScreen>
 
 namespace {
@@ -379,6 +379,11 @@ void TarnixUI::paintEvent(QPaintEvent* pEvent)
         ++s_nPaints;
         QTimer::singleShot(s_nNoticeDelayMilliseconds, this, SLOT(writeToNamedPipe()));
     }
+}
+
+void TarnixUI::closeEvent(QCloseEvent* pEvent)
+{
+    pEvent->ignore();
 }
 
 void TarnixUI::writeToNamedPipe()

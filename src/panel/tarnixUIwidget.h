@@ -83,6 +83,9 @@ protected:
     /** Paints the panel; the first paint of the process schedules the start-up notice. */
     void paintEvent(QPaintEvent* pEvent) override;
 
+    /** Refuses to close: only the runtime ends the panel, not a window manager. */
+    void closeEvent(QCloseEvent* pEvent) override;
+
 public:
     /** Returns readInterfaceSettings() of the named interface. */
     sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
