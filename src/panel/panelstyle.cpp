@@ -62,6 +62,8 @@ void styleForm(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)
         pColumn->setContentsMargins(0, 6, 0, 0);
         pColumn->setSpacing(oPanelInfo.spacing);
     }
+    // Captions end where values begin, whatever direction a text or the desktop has.
+    oForm.scrollAreaWidgetContents->setLayoutDirection(Qt::LeftToRight);
     styleBanner(oForm, oPanelInfo);
 
     oForm.mainText->setText(oPanelInfo.szMainText);
@@ -90,10 +92,10 @@ void styleInfoLabel(QLabel* pLabel, eLabelType eType, const PanelInfo& oPanelInf
     pLabel->setFixedHeight(oPanelInfo.infoTextFontSize * 3 / 2);
 
     if (eType == eType_Label) {
-        pLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        pLabel->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
         setTextColor(pLabel, oPanelInfo.mainTextColor);
     } else if (eType == eType_Form) {
-        pLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        pLabel->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
         setTextColor(pLabel, oPanelInfo.infoTextColor);
     }
 }
