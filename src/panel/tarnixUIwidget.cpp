@@ -26,19 +26,25 @@ constexpr int s_nNetworkMilliseconds = 10000;
 constexpr int s_nMaxApplications = 1001;
 constexpr int s_nNoticeDelayMilliseconds = 10;
 constexpr int s_nNoticeRetryMilliseconds = 200;
+constexpr QRect s_oGeometryWithoutScreen(0, 0, 800, 480);
+
+QRect screenGeometry()
+{
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    return pScreen ? pScreen->geometry() : s_oGeometryWithoutScreen;
+}
 
 } // namespace
 
 TarnixUI::TarnixUI(QWidget* pParent)
-    : QWidget(pParent), ui(new Ui_MorvaWidget),
-      m_pPanelInfo(new PanelInfo(QGuiApplication::primaryScreen()->geometry().size()))
+    : QWidget(pParent), ui(new Ui_MorvaWidget), m_pPanelInfo(new PanelInfo(screenGeometry().size()))
 {
     setPanelFont(this, *m_pPanelInfo);
     ui->setupUi(this);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
     // Full screen also where no window manager sees to it.
-    setGeometry(QGuiApplication::primaryScreen()->geometry());
+    setGeometry(screenGeometry());
     populateUI();
     styleScrollBars(*ui, *m_pPanelInfo);
     QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
