@@ -23,13 +23,14 @@ bool isFifo(const char* szPath)
 
 bool writeStartNotice()
 {
-    if (mkfifo(s_szPipePath, 0777) != 0 && errno != EEXIST) {
-        qWarning() << "Failed to create named pipe for writing 1" << strerror(errno);
+    int nError = mkfifo(s_szPipePath, 0777) == 0 ? 0 : errno;
+    if (nError != 0 && nError != EEXIST) {
+        qWarning() << "Failed to create named pipe for writing 1" << strerror(nError);
         return false;
     }
     const int nDescriptor = open(s_szPipePath, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
     if (nDescriptor < 0) {
-        const int nError = errno;
+        nError = errno;
         if (nError == ENXIO && isFifo(s_szPipePath)) {
             return true; // nobody has it open for reading yet
         }
@@ -37,7 +38,7 @@ bool writeStartNotice()
         return false;
     }
     const bool bWritten = write(nDescriptor, s_szMessage, s_nMessageSize) == s_nMessageSize;
-    const int nError = errno;
+    nError = errno;
     close(nDescriptor);
     if (bWritten) {
         qWarning() << "writeToNamedPipe"
