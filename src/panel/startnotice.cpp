@@ -46,7 +46,7 @@ bool writeStartNotice()
         return false;
     }
     if (nError != EAGAIN) {
-        qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
+        qWarning() << "Failed to write to named pipe" << strerror(nError);
     }
     return nError == EAGAIN || nError == EPIPE; // the pipe is full, or the reader has just gone
 }

@@ -72,7 +72,7 @@ private slots:
         QVERIFY(oPanel.start());
         QTRY_VERIFY(QFile::exists(s_strPipe));
         QCOMPARE(readPipe(), QByteArray());
-        QVERIFY2(oPanel.waitForLog("Failed to open named pipe for writing 2 Broken pipe\n"), oPanel.log());
+        QVERIFY2(oPanel.waitForLog("Failed to write to named pipe Broken pipe\n"), oPanel.log());
         QCOMPARE(readPipe(), s_oMessage);
         QVERIFY(oPanel.waitForLog(s_oWritten));
     }
