@@ -8,11 +8,18 @@ namespace {
 
 constexpr int s_nMaxTextLength = 65536; // megabytes would take seconds to lay out
 
+QString beginningOf(const QString& strText)
+{
+    const bool bSplitsCharacter =
+        strText.size() > s_nMaxTextLength && strText[s_nMaxTextLength - 1].isHighSurrogate();
+    return strText.left(bSplitsCharacter ? s_nMaxTextLength - 1 : s_nMaxTextLength);
+}
+
 } // namespace
 
 void showText(QLabel* pLabel, const QString& strText)
 {
-    pLabel->setText(strText.left(s_nMaxTextLength));
+    pLabel->setText(beginningOf(strText));
 }
 
 void showDetails(const sNetworkInterfaceUIDetails& oLabels, const sNetworkInterfaceDetails& oDetails,
