@@ -319,7 +319,7 @@ void TarnixUI::onNetworkTimerTimedOut()
 {
     const QMap<QString, sNetworkInterfaceUIDetails> oMap = m_oNetworkInterfaceUIDetailsMap;
     for (auto it = oMap.begin(); it != oMap.end(); ++it) {
-        showDetails(*it, getInterfaceDetails(it.key()), "DHCP");
+        showDetails(*it, getInterfaceDetails(it.key()), tr("DHCP"));
     }
     m_oTimer.start();
 }
