@@ -51,9 +51,13 @@ void styleBanner(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)
 
 } // namespace
 
-void setPanelFont(QWidget* pPanel, const PanelInfo& oPanelInfo)
+void stylePanel(QWidget* pPanel, const PanelInfo& oPanelInfo)
 {
     setFont(pPanel, oPanelInfo.systemSettingFontSize, QFont::Normal);
+    QPalette oPalette = pPanel->palette();
+    oPalette.setColor(QPalette::Window, Qt::white);
+    pPanel->setPalette(oPalette);
+    pPanel->setAutoFillBackground(true);
 }
 
 void styleForm(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)

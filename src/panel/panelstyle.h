@@ -12,10 +12,10 @@ enum eLabelType {
 };
 
 /**
- * Gives the panel the font of its banner, which its labels inherit. To be called before the form is built: it
- * measures its labels and would load another font in vain.
+ * Gives the panel a white background and the font of its banner, which its labels inherit. To be called
+ * before the form is built: the form measures its labels and would load another font in vain.
  */
-void setPanelFont(QWidget* pPanel, const PanelInfo& oPanelInfo);
+void stylePanel(QWidget* pPanel, const PanelInfo& oPanelInfo);
 
 /** Gives the banner, the main text and the two columns of the form their branding and metrics. */
 void styleForm(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo);

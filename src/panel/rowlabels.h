@@ -25,7 +25,7 @@ struct sNetworkInterfaceUIDetails
     QLabel* m_pStdGatewayLabel;
 };
 
-/** Shows a text of the runtime; of one longer than 65536 characters the beginning. */
+/** Shows a text of the runtime as it stands; of one longer than 65536 UTF-16 units only the beginning. */
 void showText(QLabel* pLabel, const QString& strText);
 
 /**

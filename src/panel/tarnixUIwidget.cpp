@@ -39,22 +39,17 @@ QRect screenGeometry()
 TarnixUI::TarnixUI(QWidget* pParent)
     : QWidget(pParent), ui(new Ui_MorvaWidget), m_pPanelInfo(new PanelInfo(screenGeometry().size()))
 {
-    setPanelFont(this, *m_pPanelInfo);
+    stylePanel(this, *m_pPanelInfo);
     ui->setupUi(this);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
-    // Full screen also where no window manager sees to it.
+    // Without a window manager, full screen alone does not resize the window.
     setGeometry(screenGeometry());
     populateUI();
     styleScrollBars(*ui, *m_pPanelInfo);
     QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
     connect(QScroller::scroller(ui->scrollArea->viewport()), SIGNAL(stateChanged(QScroller::State)), this,
             SLOT(onScrollerStateChanged(QScroller::State)));
-
-    QPalette oPalette = palette();
-    oPalette.setColor(QPalette::Window, Qt::white);
-    setPalette(oPalette);
-    setAutoFillBackground(true);
 
     m_oSysTimeTimer.setInterval(s_nClockMilliseconds);
     connect(&m_oSysTimeTimer, SIGNAL(timeout()), this, SLOT(onSysTimeTimerTimeOut()));
@@ -65,7 +60,7 @@ TarnixUI::TarnixUI(QWidget* pParent)
     m_oTimer.start();
 
     auto* pConsole = new Console(this);
-    pConsole->run();
+    pConsole->run(); // Kept, see docs/compatibility.md
     connect(pConsole, SIGNAL(quit()), qApp, SLOT(quit()));
 }
 
@@ -349,7 +344,7 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 void TarnixUI::runDialog(QDialog* pDialog)
 {
     new DialogPlacement(pDialog, *m_pPanelInfo);
-    pDialog->setWindowModality(Qt::WindowModal); // the panel has to wait, an on-screen keyboard not
+    pDialog->setWindowModality(Qt::WindowModal); // does not block an on-screen keyboard
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
     delete pGuard;

@@ -36,34 +36,33 @@ public:
     explicit TarnixUI(QWidget* pParent = nullptr);
     ~TarnixUI() override;
 
-    /**
-     * Shows the text as device type. Every text from the runtime is shown as it stands, never as markup, and
-     * of one longer than 65536 characters the beginning.
-     */
+    /** Shows the text as device type; see showText(). */
     void setDeviceType(const QString& strText);
 
-    /** Blanks the ident value, whatever the text is. */
+    /** Blanks the ident value; ignores the text. */
     void setIdentNo(const QString& strText);
 
-    /** Shows the text as version of the runtime's target. */
+    /** Shows the text as target version; see showText(). */
     void setTargetVersion(const QString& strText);
 
     /**
-     * Shows the rows of a number of applications: the fixed ones and nCount - 1 extra ones, made on demand.
-     * @param nCount number of loaded applications; below 1 nothing happens, above 1001 it counts as 1001: the
+     * Shows the rows of a number of applications: the fixed ones and nCount - 1 extra ones, which are created
+     * when they are first needed.
+     * @param nCount number of loaded applications; below 1 is ignored, above 1001 counts as 1001, because the
      *               three digits of a command's index reach no further
      */
     void setNumberOfAppsinUI(int nCount);
 
     /**
-     * Shows the name of an application.
-     * @param nIndex 0 is the fixed row, any other the extra row with that key; an unknown one is logged
+     * Shows the name of an application; see showText().
+     * @param nIndex 0 is the fixed row, any other the extra row with that key, counted from 0; a key without
+     * a row is logged
      */
     void setApplicationName(const QString& strText, int nIndex);
 
     /**
-     * Shows the PLC status of an application as it was sent.
-     * @param nIndex 0 is the fixed row, any other the extra row with that key; an unknown one is logged
+     * Shows the PLC status of an application; see showText().
+     * @param nIndex as for setApplicationName()
      */
     void setPLCStatus(const QString& strText, int nIndex);
 
@@ -126,12 +125,12 @@ private:
     QList<QObject*> m_oSystemDateTimeWidgetList;
     PanelInfo* m_pPanelInfo;
     QTimer m_oSysTimeTimer;
-    QPointer<QProcess> m_pShowCtrlPanel; // stays null
+    QPointer<QProcess> m_pShowCtrlPanel; // Kept, see docs/compatibility.md
     QTimer m_oTimer;
     QMap<QString, sNetworkInterfaceUIDetails> m_oNetworkInterfaceUIDetailsMap;
     QPointer<DateTimeDialog> m_pDateTimeDlg;
     QPointer<NetworkSettingsDialog> m_pNetworkDlg;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName;
-    bool m_bDragged = false; // the finger that touched the rows last has dragged them
+    bool m_bDragged = false; // the last touch of the rows was a drag
 };
