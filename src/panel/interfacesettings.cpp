@@ -67,6 +67,7 @@ bool writeInterfaceSettings(const sNetworkInterfaceDetails& oDetails)
 
 QList<sNetworkInterfaceDetails> testInterfaceSettings()
 {
+    // Kept, see docs/compatibility.md
     QList<sNetworkInterfaceDetails> oList;
     for (const char* szNumber : {"0", "1", "2"}) {
         sNetworkInterfaceDetails oDetails;

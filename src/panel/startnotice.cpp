@@ -37,6 +37,7 @@ bool writeStartNotice()
         qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
         return false;
     }
+    // Kept, see docs/compatibility.md
     const bool bWritten = write(nDescriptor, s_szMessage, s_nMessageSize) == s_nMessageSize;
     nError = errno;
     close(nDescriptor);
