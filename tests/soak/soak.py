@@ -181,7 +181,7 @@ class Soak:
     def start_panel(self):
         environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_PLUGIN_PATH": self.build + "/tests/plugins",
                        "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe", "QT_ENABLE_REGEXP_JIT": "0",
-                       "LSAN_OPTIONS": f"suppressions={HERE}/../lsan.supp:print_suppressions=0"}
+                       "LSAN_OPTIONS": f"suppressions='{HERE}/../lsan.supp':print_suppressions=0"}
         command = [self.options.program]
         if self.options.valgrind:
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
