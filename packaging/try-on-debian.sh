@@ -11,9 +11,9 @@ fnDevices() { # those that every program may use, none that reaches the machine'
     local name
     mount -t tmpfs -o mode=755 tmpfs dev
     mkdir -m 1777 dev/shm
-    mkdir dev/pts
+    mkdir dev/net dev/pts
     mount -t devpts -o newinstance,ptmxmode=666 devpts dev/pts
-    for name in full null random tty urandom zero; do
+    for name in full net/tun null random tty urandom zero; do
         touch "dev/$name"
         mount --bind "/dev/$name" "dev/$name"
     done
@@ -70,5 +70,5 @@ mmdebstrap --quiet --variant=minbase "$suite" "$root"
 cp /etc/resolv.conf /etc/hosts "$root/etc"
 fnTry root /tmp/panel
 rm -rf "$root/tmp/panel"
-fnInside useradd --create-home --shell /bin/bash operator
-fnTry operator '/home/operator/Frühe Versuche/panel'
+fnInside useradd --create-home --shell /bin/bash tester
+fnTry tester '/home/tester/Frühe Versuche/panel'
