@@ -46,7 +46,7 @@ drwxr-xr-x root:root /usr/share/doc/tarnixui/
 -rw-r--r-- root:root /usr/share/doc/tarnixui/platform-service.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/runtime-protocol.md
 -rw-r--r-- root:root /usr/share/man/man1/tarnixUI.1.gz"
-fnExpect 'The version in the changelog' \
+fnExpect 'The version in packaging/changelog.Debian' \
     "$(zcat /usr/share/doc/tarnixui/changelog.Debian.gz | dpkg-parsechangelog -l - -S Version)" \
     "$(dpkg-deb -f "$package" Version)"
 
