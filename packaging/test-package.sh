@@ -19,6 +19,8 @@ mkdir -p database/updates
 cp -r /var/lib/dpkg/{info,status} database
 [[ ! -e /var/lib/dpkg/arch ]] || cp /var/lib/dpkg/arch database
 rm -f /etc/dpkg/dpkg.cfg.d/*
+# dpkg renames the package's folder there, which an overlay in a user namespace refuses.
+mount -t tmpfs -o mode=755 tmpfs /usr/share/doc
 fnDpkg() { dpkg --admindir="$PWD/database" --log="$PWD/dpkg.log" --no-triggers "$@"; }
 # The paths of the package that are on the machine.
 fnFiles() { dpkg-deb --fsys-tarfile "$package" | tar -t | sed 's/^.//' | { xargs ls -d 2>/dev/null || true; } | sort; }
