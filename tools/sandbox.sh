@@ -35,7 +35,7 @@ fnRefuse() {
     done <<<'user.max_user_namespaces 0 10000
 kernel.unprivileged_userns_clone 0 1
 kernel.apparmor_restrict_unprivileged_userns 1 0'
-    fnFail "this system refuses the namespaces without which nothing is run here; $remedy"
+    fnFail "this system allows no mount, network and process namespaces, and nothing runs without them; $remedy"
 }
 
 fnChoose() { # sets namespaces to the options of unshare that work here
