@@ -52,7 +52,7 @@ fnExpect 'The version in packaging/changelog.Debian' \
     "$(zcat /usr/share/doc/tarnixui/changelog.Debian.gz | dpkg-parsechangelog -l - -S Version)" \
     "$(dpkg-deb -f "$package" Version)"
 
-fnExpect 'What the program says' "$(echo quit | QT_QPA_PLATFORM=offscreen "${emulator[@]}" /usr/bin/tarnixUI)" \
+fnExpect 'What the program writes' "$(echo quit | QT_QPA_PLATFORM=offscreen "${emulator[@]}" /usr/bin/tarnixUI)" \
     $'First message\n> Good bye!'
 
 fnDpkg --purge tarnixui
