@@ -166,6 +166,7 @@ class Soak:
             self.finger.pointer("mousemove", str(x), str(y), "click", "1")
             if self.chance(0.2):
                 self.finger.drag(x, y, self.dice.randrange(480))
+        self.clock()  # gives the last tap time to open something
         self.close_all()
 
     def wink(self):
