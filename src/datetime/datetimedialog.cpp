@@ -159,7 +159,7 @@ void DateTimeDialog::startTool(eProcessType eType)
         m_pProcess->start(QStringLiteral("cat"), {s_szTimeZoneFile});
         break;
     case eProcessType_SetCurrentTimeZone: {
-        const QString strZone = shellWord(m_strCurreTimeZone);
+        const QString strZone = shellWord(m_strCurreTimeZone.trimmed());
         // Both at once: one after the other would fill in a "%2" of the name, too, and break its quotes.
         startScript(scriptText(":/setTimeZone.sh").arg(strZone, strZone));
         break;
