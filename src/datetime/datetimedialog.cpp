@@ -165,6 +165,7 @@ void DateTimeDialog::startTool(eProcessType eType)
         break;
     }
     case eProcessType_GetNTPDateTimeStatus:
+        m_strPeer.clear();
         startScript(scriptText(":/getNTPStatus.sh"));
         break;
     case eProcessType_SetNTPSettings:
