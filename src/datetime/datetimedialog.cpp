@@ -200,12 +200,18 @@ void DateTimeDialog::destroyProcess()
 
 void DateTimeDialog::onProcessStarted()
 {
+    if (!m_pProcess) {
+        return;
+    }
     qWarning() << "onProcessStarted"
                << "started program" << m_pProcess->processId();
 }
 
 void DateTimeDialog::onProcessError(QProcess::ProcessError eError)
 {
+    if (!m_pProcess) {
+        return;
+    }
     qWarning() << "onProcessError"
                << "Error: " << eError << m_pProcess->processId();
     // After a crash the process is finished as well, and that goes on.
@@ -260,6 +266,9 @@ void DateTimeDialog::append(QString& strOutput, const QString& strPiece, int nMa
 
 void DateTimeDialog::onProcessFinished(int nExitCode, QProcess::ExitStatus eExitStatus)
 {
+    if (!m_pProcess) {
+        return;
+    }
     qWarning() << "onProcessFinished"
                << "exitCode:" << nExitCode << "exitStatus" << eExitStatus << m_pProcess->processId();
     switch (m_eProcessType) {
