@@ -126,6 +126,7 @@ void DateTimeDialog::startTool(ToolProcess& oTool, eProcessType eType)
         oTool.start(QStringLiteral("cat"), {s_szTimeZoneFile});
         break;
     case eProcessType_SetCurrentTimeZone:
+        // Kept, see docs/compatibility.md
         oTool.startScript(timezones::script(scriptText(":/setTimeZone.sh"), m_strCurreTimeZone));
         break;
     case eProcessType_GetNTPDateTimeStatus:
@@ -278,6 +279,7 @@ void DateTimeDialog::saveDateTime()
     }
 }
 
+// Kept, see docs/compatibility.md
 void DateTimeDialog::saveNTPSettings()
 {
     m_strAutoUpdateAddress = ui->autoUpdate_LineEdit->text();
