@@ -7,8 +7,8 @@ namespace {
 QString betweenBrackets(const QString& strText)
 {
     const int nBegin = strText.indexOf('[') + 1;
-    const int nEnd = strText.indexOf(']');
-    return strText.mid(nBegin, nEnd < nBegin ? -1 : nEnd - nBegin);
+    const int nLength = strText.indexOf(']') - nBegin;
+    return strText.mid(nBegin, qMax(-1, nLength)); // -1: to the end
 }
 
 QString shellWord(const QString& strText)
