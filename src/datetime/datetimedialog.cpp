@@ -6,6 +6,10 @@
 #include "datetime/timezones.h"
 #include "datetime/toolprocess.h"
 #include "platform/ovikplatform.h"
+#include "touch/busymark.h"
+#include "touch/choicefinder.h"
+#include "touch/datetimesteps.h"
+#include "touch/touchcalendar.h"
 #include "ui_datetimedialog.h"
 
 #include <QDebug>
@@ -21,6 +25,7 @@ constexpr char s_szTimeZoneFile[] = "/etc/timezone";
 constexpr char s_szLocalTime[] = "/etc/localtime";
 constexpr char s_szSettingsFile[] = "/etc/kadconfig/datetime.json";
 
+constexpr int s_nStepsRow = 2;              // of the form: below the date and time
 constexpr int s_nMaxTimeZones = 256 * 1024; // far more than any device has
 
 QString scriptText(const char* szResource)
@@ -35,6 +40,7 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     : QDialog(pParent), ui(new Ui_DateTimeDialog), m_strAutoUpdateAddress(s_szDefaultServer)
 {
     ui->setupUi(this);
+    m_pBusyMark = new BusyMark(ui->applyButton);
     setWindowTitle(tr("Date & Time"));
     setWindowFlags(windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
     ui->autoUpdate_LineEdit->setText(m_strAutoUpdateAddress);
@@ -44,14 +50,23 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
 
     ui->timezone_ComboBox->setEditable(true);
-    // An on-screen keyboard asks the line edit.
-    ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
-    ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
+    fitForFinger();
     runProcess(eProcessType_GetTimeZoneList);
     ui->autoUpdate_CheckBox->setChecked(OVIKPlatform::getInstance()->isNTPDEnabled());
     m_oInitialDateTime = QDateTime::currentDateTime();
     ui->currentDate_DateEdit->setDateTime(m_oInitialDateTime);
     updateUI();
+}
+
+void DateTimeDialog::fitForFinger()
+{
+    // An on-screen keyboard asks the line edit.
+    ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
+    ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
+    new ChoiceFinder(ui->timezone_ComboBox);
+    ui->currentDate_DateEdit->setCalendarWidget(new TouchCalendar(this));
+    auto* pSteps = new DateTimeSteps(ui->currentDate_DateEdit);
+    ui->formLayout->insertRow(s_nStepsRow, static_cast<QWidget*>(nullptr), pSteps);
 }
 
 DateTimeDialog::~DateTimeDialog()
@@ -75,6 +90,7 @@ void DateTimeDialog::onAutoUpdateChecked(bool bChecked)
 
 void DateTimeDialog::onApplyClicked()
 {
+    m_pBusyMark->start();
     saveFromUI();
 }
 
@@ -172,9 +188,11 @@ void DateTimeDialog::onProcessError(QProcess::ProcessError eError)
     }
     qWarning() << "onProcessError"
                << "Error: " << eError << m_pProcess->processId();
-    // After a crash the process is finished as well, and that goes on.
-    if (eError != QProcess::Crashed && m_eProcessType == eProcessType_GetTimeZoneList &&
-        m_strCurreTimeZone.isEmpty()) {
+    if (eError == QProcess::Crashed) {
+        return; // the process is finished as well, and that goes on
+    }
+    m_pBusyMark->stop();
+    if (m_eProcessType == eProcessType_GetTimeZoneList && m_strCurreTimeZone.isEmpty()) {
         updateCurrentTimezone();
     }
 }
@@ -239,9 +257,7 @@ void DateTimeDialog::onProcessFinished(int nExitCode, QProcess::ExitStatus eExit
         setNTPStatusOnUI();
         break;
     case eProcessType_SetNTPSettings:
-        if (ntpconfiguration::install()) {
-            restartNTPDServer();
-        }
+        saveNTPConfiguration();
         break;
     case eProcessType_SetCurrentDateTime:
         break;
@@ -270,13 +286,15 @@ void DateTimeDialog::saveDateTime()
 {
     const QDateTime oShown = ui->currentDate_DateEdit->dateTime();
     // Compares what was shown: an instant that a clock change lets pass twice would not equal itself.
-    if (oShown.date() == m_oInitialDateTime.date() && oShown.time() == m_oInitialDateTime.time()) {
-        return;
-    }
-    if (!writeLocalTime(oShown.date(), oShown.time())) {
+    const bool bChanged =
+        oShown.date() != m_oInitialDateTime.date() || oShown.time() != m_oInitialDateTime.time();
+    if (bChanged && !writeLocalTime(oShown.date(), oShown.time())) {
         qWarning() << "saveDateTime"
                    << "failed";
+        m_pBusyMark->stop();
+        return;
     }
+    m_pBusyMark->showTaken();
 }
 
 // Kept, see docs/compatibility.md
@@ -284,6 +302,16 @@ void DateTimeDialog::saveNTPSettings()
 {
     m_strAutoUpdateAddress = ui->autoUpdate_LineEdit->text();
     runProcess(eProcessType_SetNTPSettings);
+}
+
+void DateTimeDialog::saveNTPConfiguration()
+{
+    if (!ntpconfiguration::install()) {
+        m_pBusyMark->stop();
+        return;
+    }
+    restartNTPDServer();
+    m_pBusyMark->showTaken();
 }
 
 void DateTimeDialog::restartNTPDServer()

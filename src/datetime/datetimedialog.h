@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QProcess>
 
+class BusyMark;
 class ToolProcess;
 class Ui_DateTimeDialog;
 
@@ -68,6 +69,8 @@ private:
     static bool getAutoUpdateAddressFromJSONObject(const json::Object& root, QString& address);
     void restartNTPDServer();
 
+    void fitForFinger();
+    void saveNTPConfiguration();
     void showTimeZones();
     void selectCurrentTimezone();
     void readNTPStatus();
@@ -80,5 +83,6 @@ private:
     QString m_strCurreTimeZone;
     sNTPInfo m_oNTPInfo;
     QDateTime m_oInitialDateTime;
-    QString m_strPeer; // what has come of the NTP daemon's first peer
+    QString m_strPeer;               // what has come of the NTP daemon's first peer
+    BusyMark* m_pBusyMark = nullptr; // on Apply, until the chain of tools has ended
 };
