@@ -49,8 +49,8 @@ QListView::item:selected { background: #0b7f86; color: white; }
 QCalendarWidget { border: 2px solid #1b2f3c; background: white; }
 QCalendarWidget QWidget { background: white; alternate-background-color: #eef8f8; }
 QCalendarWidget QTableView { selection-background-color: #0b7f86; selection-color: white; outline: none; }
-QScrollBar:vertical { width: 12px; background: #dcdcdc; }
-QScrollBar::handle { background: #78828c; border-radius: 3px; margin: 3px; min-height: 36px; }
+QScrollBar:vertical { width: 8px; background: #dcdcdc; }
+QScrollBar::handle { background: #78828c; border-radius: 2px; margin: 2px; min-height: 36px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
 QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 )";
