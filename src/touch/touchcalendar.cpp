@@ -14,13 +14,13 @@ namespace {
 
 constexpr int s_nColumns = 7;
 constexpr int s_nRows = 6;
-constexpr int s_nNamesHeight = 24; // of the days of the week
+constexpr int s_nNamesHeight = 22; // of the days of the week
 constexpr int s_nCell = 48;
 constexpr int s_nRoomyCell = 40;
 constexpr int s_nBesideWidth = 56; // of the buttons beside the days
 constexpr int s_nFrame = 2;
 constexpr int s_nTextMargin = 3; // of the table
-constexpr int s_nLabelWidth = 48;
+constexpr int s_nLabelWidth = 46;
 constexpr int s_nLabelHeight = 24;
 constexpr int s_aButtons[] = {48, 40, 36};
 constexpr int s_nRepeatDelay = 400; // milliseconds
@@ -48,7 +48,7 @@ TouchCalendar::TouchCalendar(QWidget* pParent)
     : QCalendarWidget(pParent), m_pMonth(new QLabel), m_pYear(new QLabel)
 {
     const QScreen* pScreen = QGuiApplication::primaryScreen();
-    const QSize oScreen = pScreen ? pScreen->size() : QSize();
+    const QSize oScreen = pScreen ? pScreen->size() - QSize(1, 1) : QSize(); // the field places it one off
     const QSize oFrame(2 * s_nFrame, 2 * s_nFrame);
     sPlan oPlan = planFor(oScreen - oFrame);
     const bool bFramed = oPlan.least() >= qMin(s_nRoomyCell, planFor(oScreen).least());
