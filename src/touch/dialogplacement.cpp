@@ -1,6 +1,7 @@
 #include "touch/dialogplacement.h"
 
 #include "touch/formarea.h"
+#include "touch/touchcheckbox.h"
 #include "touch/touchcombobox.h"
 #include "touch/touchsheet.h"
 
@@ -46,6 +47,10 @@ DialogPlacement::DialogPlacement(QDialog* pDialog, const QFont& oFont)
     const QList<QComboBox*> oComboBoxes = pDialog->findChildren<QComboBox*>();
     for (QComboBox* pComboBox : oComboBoxes) {
         new TouchComboBox(pComboBox);
+    }
+    const QList<QCheckBox*> oCheckBoxes = pDialog->findChildren<QCheckBox*>();
+    for (QCheckBox* pCheckBox : oCheckBoxes) {
+        new TouchCheckBox(pCheckBox);
     }
     makeScrollable();
     fitButtons();
