@@ -1,4 +1,5 @@
 #include <QAbstractEventDispatcher>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QGenericPlugin>
@@ -68,6 +69,21 @@ QJsonArray toJson(const QRect& oRect)
     return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
 }
 
+// The texts of the rows that are on screen, with their rectangles.
+QJsonObject describeRows(const QAbstractItemView& oView)
+{
+    QJsonObject oRows;
+    const QRect oViewport = oView.viewport()->rect();
+    for (int nRow = 0; oView.model() && nRow < oView.model()->rowCount(oView.rootIndex()); ++nRow) {
+        const QModelIndex oIndex = oView.model()->index(nRow, 0, oView.rootIndex());
+        const QRect oRect = oView.visualRect(oIndex) & oViewport;
+        if (oView.isVisible() && !oRect.isEmpty()) {
+            oRows[oIndex.data().toString()] = toJson(oRect.translated(oView.viewport()->mapToGlobal({})));
+        }
+    }
+    return oRows;
+}
+
 QJsonObject describe(QWidget* pWidget)
 {
     const QWidget* pWindow = pWidget->window();
@@ -87,6 +103,9 @@ QJsonObject describe(QWidget* pWidget)
     }
     if (const auto* pComboBox = qobject_cast<const QComboBox*>(pWidget)) {
         oJson["items"] = pComboBox->count();
+    }
+    if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
+        oJson["rows"] = describeRows(*pView);
     }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;
