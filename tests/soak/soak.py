@@ -136,13 +136,13 @@ class Soak:
         """The operator sets zone, server and date."""
         self.finger.tap("systemTimeForm_Label")
         self.finger.find("ntpStatus_Label", "Last sync:64 secs ago")
-        zone = self.dice.choice([name for name in ("Asia/Tokyo", "Europe/Rome", "America/Lima") if name != self.zone()])
-        self.finger.type("timezone_ComboBox", zone)
         if not self.finger.find("autoUpdate_CheckBox")["checked"]:
             x, y, width, height = self.finger.find("currentDate_DateEdit")["rect"]
             self.finger.pointer("mousemove", str(x + width - 10), str(y + height // 2), "click", "1")
             self.finger.find("qt_calendar_calendarview")
             self.finger.key("Up", "Return")
+        zone = self.dice.choice([name for name in ("Asia/Tokyo", "Europe/Rome", "America/Lima") if name != self.zone()])
+        self.finger.type("timezone_ComboBox", zone)
         if self.chance():
             self.finger.tap("autoUpdate_CheckBox")
         self.finger.tap("applyButton")
