@@ -1,4 +1,5 @@
 #include <QAbstractEventDispatcher>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QGenericPlugin>
@@ -68,6 +69,24 @@ QJsonArray toJson(const QRect& oRect)
     return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
 }
 
+// The texts of the entries that are on screen, with their rectangles.
+QJsonObject describeEntries(const QAbstractItemView& oView)
+{
+    QJsonObject oEntries;
+    const QAbstractItemModel* pModel = oView.isVisible() ? oView.model() : nullptr;
+    for (int nRow = 0; pModel && nRow < pModel->rowCount(); ++nRow) {
+        for (int nColumn = 0; nColumn < pModel->columnCount(); ++nColumn) {
+            const QModelIndex oIndex = pModel->index(nRow, nColumn);
+            const QRect oRect = oView.visualRect(oIndex) & oView.viewport()->rect();
+            if (!oRect.isEmpty()) {
+                const QPoint oOrigin = oView.viewport()->mapToGlobal(QPoint());
+                oEntries[oIndex.data().toString()] = toJson(oRect.translated(oOrigin));
+            }
+        }
+    }
+    return oEntries;
+}
+
 QJsonObject describe(QWidget* pWidget)
 {
     const QWidget* pWindow = pWidget->window();
@@ -87,6 +106,9 @@ QJsonObject describe(QWidget* pWidget)
     }
     if (const auto* pComboBox = qobject_cast<const QComboBox*>(pWidget)) {
         oJson["items"] = pComboBox->count();
+    }
+    if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
+        oJson["entries"] = describeEntries(*pView);
     }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;
