@@ -24,7 +24,7 @@ private:
     QString m_strName;
 };
 
-/** One widget of the running panel, as the probe in it tells. */
+/** One widget of the running panel, as its probe reports it. */
 struct sWidget : QJsonObject
 {
     QString name() const { return value("name").toString(); }
