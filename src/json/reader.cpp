@@ -231,12 +231,12 @@ void Reader::Parse(Number& number, TokenStream& tokenStream)
     if (bNumber && oResult.ec == std::errc()) {
         return;
     }
-    // A stream makes the largest double or one close to 0 of what does not fit. When it failed it has nothing
-    // next, which shows as the byte 0xFF.
+    // A stream makes the largest double or one close to 0 of what does not fit.
     std::istringstream oStream(token.Value());
     oStream.imbue(std::locale::classic());
     oStream >> number.Value();
     if (!bNumber) {
+        // Kept, see docs/compatibility.md
         const char cNext = std::char_traits<char>::to_char_type(oStream.peek());
         tokenStream.Throw(std::string("Unexpected character in NUMBER token: ") + cNext, token);
     }

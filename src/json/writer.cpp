@@ -102,7 +102,7 @@ void Writer::Visit(const Object& object)
 
 void Writer::Visit(const Number& number)
 {
-    m_ostr.precision(s_nPrecision);
+    m_ostr.precision(s_nPrecision); // Kept, see docs/compatibility.md
     if ((m_ostr.flags() & s_nNumberFlags) != 0) {
         WriteText(formatAs(m_ostr, number.Value()));
         return;

@@ -8,7 +8,7 @@
 
 namespace OVIK {
 
-/** The bridges of the device. Owns the records in its list. */
+/** The bridges of the device. Owns the records in its list; a copy has records of its own. */
 class BridgeService
 {
 public:
@@ -16,7 +16,6 @@ public:
     class BridgeInterface
     {
     public:
-        /** Tells whether all fields are equal. */
         bool operator==(const BridgeInterface& other) const;
 
         QString bridgeName;
@@ -31,11 +30,8 @@ public:
 
     /** Makes a service that is off and has no bridges. */
     BridgeService() = default;
-    /** Copies the bridges too. */
     BridgeService(const BridgeService& other);
-    /** Deletes the bridges. */
     ~BridgeService();
-    /** Deletes the bridges and takes copies of the other's. */
     BridgeService& operator=(const BridgeService& other);
 
     /** Reads a text; see the class NetworkConfiguration. */
@@ -50,7 +46,6 @@ public:
     /** Builds the object and writes it as text. */
     QString toJSON() const;
 
-    /** Tells whether all fields are equal. */
     bool operator==(const BridgeService& other) const;
 
     bool enabled = false;

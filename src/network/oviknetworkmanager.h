@@ -11,23 +11,22 @@
 namespace OVIK {
 
 /**
- * The network configuration that the platform service exchanges with the panel as JSON text.
+ * The network configuration that the platform service exchanges with the panel as JSON text. Owns its
+ * interfaces and bridges; a copy has records of its own.
  *
  * Text and bytes: fromJSON() turns its text into Latin-1 bytes, strings in the JSON are decoded as UTF-8, and
- * strings are written as Latin-1 bytes. Only ASCII survives a round trip; the device's other software
- * requires it so.
+ * strings are written as Latin-1 bytes. Only ASCII survives a round trip. Kept, see docs/compatibility.md
  *
  * In all classes:
  * - fromJSON() reads a text. Returns false when it is empty or no JSON object, after one warning in the log.
- * Returns true otherwise, even when fromJSONObject() refused what the text says; the device's other software
- * requires it so.
+ * Returns true otherwise, even when fromJSONObject() refused what the text says. Kept, see
+ * docs/compatibility.md
  * - fromJSONObject() reads an object; keys that it does not know are ignored. Returns false when it refuses
  * the object.
  * - Both let json::Exception through when a known key has a value of the wrong type; what was read before
  * stays.
  * - Numbers are truncated towards zero; what does not fit an int becomes the nearest int, NaN becomes 0.
  * - toJSONObject() and toJSON() write the keys in the order that the service documents.
- * - operator== compares all fields, owned records by their content.
  */
 class NetworkConfiguration
 {
@@ -36,7 +35,6 @@ public:
     class Interface
     {
     public:
-        /** Destroys the record; the document deletes those that it owns. */
         ~Interface() = default;
 
         /** Reads a text; see the class NetworkConfiguration. */
@@ -49,7 +47,6 @@ public:
         /** Builds the object and writes it as text. */
         QString toJSON() const;
 
-        /** Tells whether all fields are equal. */
         bool operator==(const Interface& other) const;
 
         QString name;
@@ -85,7 +82,6 @@ public:
         /** Builds the object and writes it as text. */
         QString toJSON() const;
 
-        /** Tells whether all fields are equal. */
         bool operator==(const Dns& other) const;
 
         /** The servers' addresses. */
@@ -98,11 +94,8 @@ public:
 
     /** Makes a document of version 0 that is empty. */
     NetworkConfiguration() = default;
-    /** Copies the interfaces and bridges too. */
     NetworkConfiguration(const NetworkConfiguration& other);
-    /** Deletes the interfaces and, through bridge, the bridges. */
     ~NetworkConfiguration();
-    /** Deletes the interfaces and bridges and takes copies of the other's. */
     NetworkConfiguration& operator=(const NetworkConfiguration& other);
 
     /** Reads a text; see above. */
@@ -119,7 +112,6 @@ public:
     /** Builds the object and writes it as text. */
     QString toJSON() const;
 
-    /** Tells whether all fields are equal. */
     bool operator==(const NetworkConfiguration& other) const;
 
     int version = 0;

@@ -90,7 +90,7 @@ private slots:
         };
         row("", "parse: Unexpected end of token stream at 0:0@0 to 0:0@0");
         row("{\"a\":[1,\n2", "parse: Unexpected end of token stream at 1:1@10 to 1:1@10");
-        row("{}\n \"x\\\"\"", "parse: Expected End of token stream; found x\" at 1:1@4 to 1:6@9");
+        row("{}\n\n \"x\\\"\"", "parse: Expected End of token stream; found x\" at 2:1@5 to 2:6@10");
         row("[]", "parse: Unexpected token: [ at 0:0@0 to 0:1@1");
         row("{\"a\":1,}", "parse: Unexpected token: } at 0:7@7 to 0:8@8");
         row("{\"a\":[1,]}", "parse: Unexpected token: ] at 0:8@8 to 0:9@9");
@@ -112,6 +112,7 @@ private slots:
         row("{\"n\":--5}", "parse: Unexpected character in NUMBER token: \xff at 0:5@5 to 0:8@8");
         row("{\"n\":1e400.5}", "parse: Unexpected character in NUMBER token: \xff at 0:5@5 to 0:12@12");
         // Limits.
+        row("{\"a\":[" + repeat(1024, "{},[],") + "1]}", "document");
         row(repeat(1023, "{\"a\":") + "[]" + repeat(1023, "}"), "document");
         row(repeat(1024, "{\"a\":") + "[]",
             "parse: Nesting deeper than 1024 levels at 0:5120@5120 to 0:5121@5121");
@@ -148,6 +149,7 @@ private slots:
         Reader::Read(oDocument, R"({"b":2})");
         QCOMPARE(writeText(oDocument), std::string(R"({"a" : 1,"b" : 2})"));
         QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, R"({"a":4})"), Reader::ParseException);
+        QCOMPARE(oDocument.Size(), std::size_t(2));
     }
 
     void readsStreamsAsFarAsTheyGo()
