@@ -219,6 +219,7 @@ private:
         g_oLog.clear();
         m_pZones->setEditText(strZone);
         g_pDialog->findChild<QAbstractButton*>("applyButton")->click();
+        QVERIFY(g_pDialog->findChild<QWidget*>("busyMark")->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 60000);
     }
 
