@@ -84,7 +84,7 @@ class Finger:
                     return rect
             else:
                 left, top, width, height = self.area()
-                shown = [entry["text"] for entry in self.widgets() if entry["name"] == ""]
+                shown = [entry.get("text") for entry in self.widgets() if entry["name"] == ""]
                 if rect:
                     forward = rect[1] > top
                 elif shown == seen:
