@@ -64,7 +64,7 @@ private slots:
     void init()
     {
         QVERIFY(runInShell("rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/{tools,hangs}; "
-                           "mkdir /tmp/tools; " DEVICE_TOOLS));
+                           "mkdir /tmp/tools; '" DEVICE_TOOLS "'"));
         setTool("kadconfig-gen-timezones.sh", "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\"");
         OVIKPlatform::getInstance()->restartNTPDService(false);
         takeCalls();
