@@ -255,12 +255,14 @@ private slots:
 
         QVector<bool> oDone;
         oDone += scrollsAndTaps(oPanel, oFinger);
+        oPanel.send("n1\n");
         oDone += opensByAnyRow(oFinger);
         oFinger.tap(QString(s_szAddress));
         oDone += oFinger.pick("interfaceList_comboBox", "eth10") &&
                  oPanel.waitForText("ipAddress_LineEdit", s_szLastAddress) == s_szLastAddress;
         oDone += oFinger.pick("useDHCP_comboBox", "Yes") && oFinger.pick("useDHCP_comboBox", "No");
         const bool bApplied = applies(oFinger);
+        oFinger.flingToEnd(-1);
         oFinger.tap(QString("systemDateForm_Label"));
         const bool bDate = oFinger.close("DateTimeDialog");
         oFinger.tap(QString("systemTime_Label"));
