@@ -3,6 +3,7 @@
 #include "platform/ovikplatform.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QScreen>
 #include <QWindow>
@@ -22,15 +23,24 @@ WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand) : QObject(pWidget), m_
 {
     pWidget->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
-    // A window manager would keep a full-screen window with the keyboard, and its dialogs, above all others:
-    // the native window is none of its.
+    // A window manager keeps a full-screen window that has the keyboard, and its dialogs, above all others.
     pWidget->winId();
     pWidget->windowHandle()->setFlag(Qt::BypassWindowManagerHint);
 
     QSizePolicy oPolicy = pHand->sizePolicy();
     oPolicy.setRetainSizeWhenHidden(true);
     pHand->setSizePolicy(oPolicy);
+    pWidget->installEventFilter(this);
     connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(onFocusWindowChanged(QWindow*)));
+}
+
+bool WinkOverlay::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::Close) {
+        pEvent->ignore();
+        return true;
+    }
+    return QObject::eventFilter(pWatched, pEvent);
 }
 
 void WinkOverlay::showAddress(QLabel* pAddress)
@@ -55,9 +65,9 @@ void WinkOverlay::centre(QWidget* pWidget)
 
 void WinkOverlay::blink(QLabel* pHand, QLabel* pAddress)
 {
-    pHand->setVisible(!pHand->isVisible());
+    pHand->setVisible(!pHand->isVisible()); // Kept, see docs/compatibility.md
     showAddress(pAddress);
-    raiseIfShown(pHand->window()); // above what other programs have opened
+    raiseIfShown(pHand->window()); // above windows of other programs
 }
 
 void WinkOverlay::onFocusWindowChanged(QWindow* pWindow)
