@@ -4,7 +4,6 @@
 
 class QLabel;
 class QWidget;
-class QWindow;
 
 /**
  * What the two overlays share. An instance belongs to one overlay, keeps it above all other windows, leaves
@@ -38,12 +37,4 @@ public:
 
     /** One blink step: hides or shows the hand, and reads the address again. */
     static void blink(QLabel* pHand, QLabel* pAddress);
-
-private slots:
-    void onFocusWindowChanged(QWindow* pWindow);
-
-private:
-    void giveKeyboardBack();
-
-    QWidget* m_pWidget;
 };
