@@ -3,9 +3,9 @@
 #include "datetime/datetimedialog.h"
 #include "network/networksettingsdialog.h"
 #include "panel/console.h"
-#include "panel/dialogplacement.h"
 #include "panel/panelinfo.h"
 #include "platform/ovikplatform.h"
+#include "touch/dialogplacement.h"
 #include "ui_tarnixUIwidget.h"
 
 #include <QDateTime>
@@ -534,7 +534,9 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 
 void TarnixUI::runDialog(QDialog* pDialog)
 {
-    new DialogPlacement(pDialog, *m_pPanelInfo);
+    QFont oFont = font();
+    oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
+    new DialogPlacement(pDialog, oFont);
     pDialog->setWindowModality(Qt::WindowModal); // the panel has to wait, an on-screen keyboard not
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
