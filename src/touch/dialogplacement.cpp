@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDateTimeEdit>
 #include <QDialog>
 #include <QEvent>
 #include <QFormLayout>
@@ -15,7 +16,8 @@
 
 namespace {
 
-constexpr int s_nGrid = 6; // all distances are multiples of it
+constexpr int s_nGrid = 6;        // all distances are multiples of it
+constexpr int s_nFieldFrame = 16; // border and padding, as in the style sheet
 constexpr int s_oTargets[] = {48, 40};
 
 // Returns what an on-screen keyboard leaves of the screen; null without a screen.
@@ -65,6 +67,7 @@ void DialogPlacement::makeScrollable()
     m_pForm->setContentsMargins(0, 0, 0, 0);
     m_pForm->setHorizontalSpacing(s_nGrid * 2);
     m_pForm->setVerticalSpacing(s_nGrid);
+    m_pForm->setRowWrapPolicy(QFormLayout::DontWrapRows);
     m_pForm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     while (QWidget* pBelow = pRows->itemAt(nPosition)->widget()) { // stands under the fields then
         pRows->removeWidget(pBelow);
@@ -97,14 +100,27 @@ void DialogPlacement::fitTargets(const QFont& oFont)
     for (const int nTarget : s_oTargets) {
         m_pDialog->setStyleSheet(touchSheet(nTarget, oFont));
         refreshHints();
+        fitDateFields(nTarget);
+        refreshHints();
         if (m_pDialog->minimumSizeHint().width() > oScreen.width()) {
             m_pForm->setRowWrapPolicy(QFormLayout::WrapAllRows);
             refreshHints();
         }
+        m_nOutside = m_pDialog->sizeHint().height() - m_pArea->sizeHint().height();
         m_pDialog->resize(wantedSize().expandedTo(oInitial).boundedTo(oScreen));
         if (wantedSize().height() <= oScreen.height()) {
             break;
         }
+    }
+}
+
+// Their own hint leaves no room for the arrow beside the text.
+void DialogPlacement::fitDateFields(int nTarget)
+{
+    const QList<QDateTimeEdit*> oFields = m_pDialog->findChildren<QDateTimeEdit*>();
+    for (QDateTimeEdit* pField : oFields) {
+        const int nText = pField->fontMetrics().horizontalAdvance(pField->text() + ' ');
+        pField->setMinimumWidth(nText + nTarget + s_nFieldFrame);
     }
 }
 
@@ -136,9 +152,8 @@ bool DialogPlacement::eventFilter(QObject* pWatched, QEvent* pEvent)
 // Returns the size without scrolling, no narrower than the dialog is.
 QSize DialogPlacement::wantedSize() const
 {
-    const QSize oHint = m_pWindow->sizeHint();
-    const int nOutside = oHint.height() - m_pArea->sizeHint().height();
-    return {qMax(oHint.width(), m_pWindow->size().width()), nOutside + m_pArea->sizeHint().height()};
+    return {qMax(m_pWindow->sizeHint().width(), m_pWindow->size().width()),
+            m_nOutside + m_pArea->sizeHint().height()};
 }
 
 void DialogPlacement::place()
@@ -147,7 +162,6 @@ void DialogPlacement::place()
     if (oVisible.isEmpty()) {
         return;
     }
-    m_pArea->updateGeometry(); // a scroll area does not pass on that its contents have grown
     const QSize oSize = wantedSize().boundedTo(oVisible.size());
     const int nLeft = oVisible.left() + (oVisible.width() - oSize.width()) / 2;
     const int nTop = oVisible.top() + (oVisible.height() - oSize.height()) / 2;

@@ -41,6 +41,7 @@ private:
     void makeScrollable();
     void fitButtons();
     void fitTargets(const QFont& oFont);
+    void fitDateFields(int nTarget);
     void refreshHints();
     QSize wantedSize() const;
 
@@ -49,4 +50,5 @@ private:
     QFormLayout* m_pForm;
     QBoxLayout* m_pButtons;
     FormArea* m_pArea = nullptr;
+    int m_nOutside = 0; // height of all but the form
 };

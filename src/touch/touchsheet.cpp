@@ -46,8 +46,8 @@ QListView {
     selection-background-color: #0b7f86; selection-color: white; }
 QListView::item { min-height: %1px; padding: 0px 6px; border: none; background: white; color: black; }
 QListView::item:selected { background: #0b7f86; color: white; }
-QScrollBar:vertical { width: 12px; background: #dcdcdc; }
-QScrollBar::handle { background: #78828c; border-radius: 3px; margin: 3px; min-height: 36px; }
+QScrollBar:vertical { width: 8px; background: #dcdcdc; }
+QScrollBar::handle { background: #78828c; border-radius: 2px; margin: 2px; min-height: 36px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
 QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 )";
