@@ -1,5 +1,6 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QGenericPlugin>
 #include <QJsonArray>
@@ -125,11 +126,26 @@ QByteArray describeAll()
     return QJsonDocument(oAll).toJson(QJsonDocument::Compact) + '\n';
 }
 
+QByteArray grab(const QString& strName)
+{
+    const QWidgetList oWidgets = QApplication::allWidgets();
+    for (QWidget* pWidget : oWidgets) {
+        if (pWidget->objectName() == strName) {
+            QByteArray oBytes;
+            QBuffer oBuffer(&oBytes);
+            pWidget->grab().save(&oBuffer, "PNG");
+            return oBytes.toBase64() + '\n';
+        }
+    }
+    return "\n";
+}
+
 } // namespace
 
 /** Answers the line "count" on its local socket with numbers of what is alive in the program that it is
- * loaded into, its timers that run and the bytes of heap in use; any other line with a description of all its
- * widgets, the part of each that was painted since the last answer included. */
+ * loaded into, its timers that run and the bytes of heap in use; "grab NAME" with a picture of that widget as
+ * it paints itself, PNG in Base64; any other line with a description of all its widgets, the part of each
+ * that was painted since the last answer included. */
 class Probe : public QObject
 {
     Q_OBJECT
@@ -165,8 +181,12 @@ private slots:
     {
         auto* pSocket = static_cast<QLocalSocket*>(sender());
         while (pSocket->canReadLine()) {
-            const bool bCount = pSocket->readLine() == "count\n";
-            pSocket->write(bCount ? countAll() : describeAll());
+            const QByteArray oLine = pSocket->readLine().trimmed();
+            if (oLine.startsWith("grab ")) {
+                pSocket->write(grab(oLine.mid(5)));
+            } else {
+                pSocket->write(oLine == "count" ? countAll() : describeAll());
+            }
         }
     }
 
