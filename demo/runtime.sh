@@ -1,7 +1,6 @@
 #!/bin/bash
-# A simulated device around the panel: a bus with the simulated platform service, two network interfaces, the platform's
-# tools, the PLC runtime, which starts the panel, and an operator, who touches it. They play a tour of all that the panel
-# can do; then the user's lines are passed on. To be run in the sandbox, with DISPLAY set.
+# The PLC runtime, which starts the panel, and an operator, who touches it. They play a tour of all that the panel can
+# do; then the user's lines are passed on. To be run by device.sh with the simulated platform service.
 #
 #   runtime.sh [--pictures DIR] BUILD_DIR
 #
@@ -30,7 +29,7 @@ fnAwait() { # COMMAND...: until it succeeds
         ! "$@" || return 0
         sleep 0.1
     done
-    fnFail "waited in vain: $*"
+    fnFail "timed out: $*"
 }
 
 fnSay() { printf '\n== %s\n' "$*"; }
@@ -64,36 +63,22 @@ fnPrompt() {
 
 fnFinger() { tools/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }
 
-fnDevice() {
-    ip link add eth0 type veth peer name eth1
-    printf '#!/bin/bash\ntouch /tmp/configuration-started\n' >/usr/bin/kadconfig-app
-    chmod +x /usr/bin/kadconfig-app
-    tools/device/install.sh
-
-    export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
-    dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
-    fnAwait test -S /tmp/system-bus
-    "$build/simulator/ovik-simulator" --system --lease-delay 5000 >"$calls" &
-    fnAwait grep -q ready "$calls"
-}
-
 fnService() { # MEMBER ARGUMENT...: another client of the platform service
     gdbus call --address "$DBUS_SYSTEM_BUS_ADDRESS" --dest com.quen.OVIK --object-path /NetworkManager \
         --method "com.quen.OVIK.NetworkManager.$1" "${@:2}" >/dev/null
 }
 
-fnDevice
 # Without a compositing manager the window of the keyboard would hide all behind it.
 [[ -z ${QT_IM_MODULE:-} ]] || xcompmgr 2>/dev/null &
 export QT_PLUGIN_PATH=$build/tests/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"
-read -r greeting <&"$output" || fnFail 'the panel does not greet'
+read -r greeting <&"$output" || fnFail 'the panel writes no greeting'
 fnSay "The panel greets: $greeting"
 
 fnAwait test -p /tmp/tarnixUI
-fnSay "The panel says through its named pipe: $(</tmp/tarnixUI)"
+fnSay "The panel writes into its named pipe: $(</tmp/tarnixUI)"
 fnStage started 'The panel as it starts'
 
 fnSend 'i4711' 'dQX 500/600' 'v3.4.1'
@@ -104,7 +89,7 @@ fnService setInterfaceConfigJSON eth0 \
 fnService applyNewConfiguration
 fnSay 'Somebody gives eth0 another address; the panel looks every ten seconds'
 sleep 10
-fnStage interfaces 'It shows what the platform service says'
+fnStage interfaces 'It shows the address of the platform service'
 
 fnFinger tap =10.0.0.77
 fnFinger await NetworkSettingsDialog
@@ -151,7 +136,7 @@ fnStage status 'Their status changes'
 fnFinger tap systemTimeForm_Label
 fnFinger await ntpStatus_Label 'Last sync:64 secs ago'
 fnFinger await timezone_ComboBox Europe/Rome
-fnStage datetime-dialog 'A tap on the clock opens its settings, which the device tells'
+fnStage datetime-dialog 'A tap on the clock opens its settings, with what the device has set'
 fnFinger tap timezone_ComboBox
 fnFinger key alt+Down
 fnStage datetime-zones 'It has all time zones'
@@ -167,11 +152,11 @@ fnFinger tap autoUpdate_CheckBox
 fnFinger tap applyButton
 fnFinger tap closeButton
 fnStage datetime-zone 'The clock shows the time of the other zone; NTP is off again'
-fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/timezone says $(</etc/timezone)"
+fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/timezone holds $(</etc/timezone)"
 grep ServiceManager "$calls"
 
 fnFinger tap toolButton
-fnAwait test -e /tmp/configuration-started
+fnAwait test -e /tmp/kadconfig-app.log
 fnSay 'The settings button has started the configuration application'
 
 fnSend n20 'a018A very long application name, longer than the screen of the panel is wide'
@@ -181,9 +166,9 @@ fnStage scrolled 'Twenty applications, scrolled by touch'
 fnSend n3
 [[ -n $pictures ]] || fnPrompt
 [[ -z $pictures ]] || fnSend quit
-read -r farewell <&"$output" || fnFail 'the panel says no farewell'
+read -r farewell <&"$output" || fnFail 'the panel ends without a farewell'
 wait "$panel" && status=0 || status=$?
-fnSay "The panel says $farewell and ends with status $status"
+fnSay "The panel writes \"$farewell\" and ends with status $status"
 echo 'Its log:'
 sed 's/^/  /' "$log"
 echo 'The calls that the platform service received:'

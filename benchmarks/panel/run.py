@@ -82,7 +82,7 @@ def main():
     reader = subprocess.Popen(["sh", "-c", "mkfifo /tmp/tarnixUI; while :; do cat /tmp/tarnixUI; done"],
                               stdout=subprocess.DEVNULL)
 
-    # The panel does without OpenGL, which Qt loads for a bare window unless it is told not to.
+    # The panel does without OpenGL, which Qt loads for a bare window by default.
     peers = [(panel, "xcb_glx"), (bare, "xcb_glx"), (bare, "none")]
     starts = [[measure_start(program, options.build, opengl) for program, opengl in peers] for _ in range(options.runs)]
     print(f"{'':34}{'panel':>10}{'bare':>10}{'ratio':>8}{'no OpenGL':>11}{'ratio':>8}")
