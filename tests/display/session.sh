@@ -7,15 +7,20 @@ set -euo pipefail
 width=$2
 height=$3
 socket=$XDG_RUNTIME_DIR/wayland-0
+rm -f "$socket"*
 
 fnAwait() { # COMMAND...: until it succeeds
     until "$@"; do sleep 0.1; done
 }
 
+fnStart() { # COMMAND...: beside this script, and no longer than it
+    setpriv --pdeathsig KILL "$@" >/tmp/session.log 2>&1 &
+}
+
 fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x; }
 
 fnManager() { # COMMAND...
-    "$@" >/tmp/manager.log 2>&1 &
+    fnStart "$@"
     fnAwait fnManages
 }
 
@@ -33,8 +38,8 @@ fnFocus() { # gives the compositor's window the whole screen and the keyboard, a
 fnWeston() { # SHELL
     printf '[core]\nidle-time=0\nuse-pixman=true\nrenderer=pixman\n[shell]\npanel-position=none\nlocking=false\n' \
         >/tmp/weston.ini
-    weston --backend=x11-backend.so --shell="$1" --config=/tmp/weston.ini --width="$width" --height="$height" \
-        --socket=wayland-0 >/tmp/weston.log 2>&1 &
+    fnStart weston --backend=x11-backend.so --shell="$1" --config=/tmp/weston.ini --width="$width" --height="$height" \
+        --socket=wayland-0
     fnAwait test -S "$socket"
     fnFocus
     sleep 1 # its desktop comes a little later
@@ -47,12 +52,13 @@ matchbox) fnManager matchbox-window-manager -use_titlebar no ;;
 weston-desktop) fnWeston desktop-shell.so ;;
 weston-kiosk) fnWeston kiosk-shell.so ;;
 cage)
-    WLR_BACKENDS=x11 WLR_RENDERER=pixman unshare --user --map-user=1000 cage -- sleep infinity >/tmp/cage.log 2>&1 &
+    export WLR_BACKENDS=x11 WLR_RENDERER=pixman
+    fnStart unshare --user --map-user=1000 cage -- sleep infinity # never runs as root
     fnAwait test -S "$socket"
     fnFocus
     ;;
 vnc)
-    xtigervncviewer -FullScreen=1 -MenuKey= localhost:5900 >/tmp/viewer.log 2>&1 &
+    fnStart xtigervncviewer -FullScreen=1 -MenuKey= localhost:5900
     fnAwait fnShowsWindow
     ;;
 esac

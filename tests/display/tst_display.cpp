@@ -109,7 +109,11 @@ private:
     bool isSeen(const QString& strName)
     {
         m_pDisplay->pointer("mousemove 1010 750");
-        return QTest::qWaitFor([&] { return isPainted(strName); });
+        const bool bSeen = QTest::qWaitFor([&] { return isPainted(strName); }, 10000);
+        if (!bSeen) {
+            screen().save(QString("%1.png").arg(QTest::currentDataTag())); // in the build folder, to look at
+        }
+        return bSeen;
     }
 
     // The screen does not change when the widget is painted on it once more.
