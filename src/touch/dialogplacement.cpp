@@ -181,7 +181,7 @@ QSize DialogPlacement::wantedSize() const
 void DialogPlacement::place()
 {
     const QRect oVisible = visibleRect();
-    if (oVisible.isEmpty()) {
+    if (oVisible.isEmpty() || !m_pDialog->isVisible()) { // the focus also moves while the dialog is deleted
         return;
     }
     const QSize oSize = wantedSize().boundedTo(oVisible.size());
