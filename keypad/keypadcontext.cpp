@@ -24,11 +24,6 @@ void type(QObject* pObject, int nKey, const QString& strText)
 
 } // namespace
 
-KeypadContext::KeypadContext()
-{
-    connect(qApp, SIGNAL(aboutToQuit()), this, SLOT(onAboutToQuit()));
-}
-
 bool KeypadContext::isValid() const
 {
     return true;
@@ -85,8 +80,10 @@ void KeypadContext::setVisible(bool bVisible)
 void KeypadContext::open(QObject* pObject, QWindow* pParent)
 {
     if (!m_pWindow) {
-        m_pWindow = std::make_unique<KeypadWindow>();
-        connect(m_pWindow.get(), SIGNAL(tapped(QChar)), this, SLOT(onTapped(QChar)));
+        m_pWindow = new KeypadWindow;
+        // The platform deletes this context too late: it has no windows any more.
+        static_cast<QObject*>(m_pWindow)->setParent(qApp);
+        connect(m_pWindow, SIGNAL(tapped(QChar)), this, SLOT(onTapped(QChar)));
     }
     if (m_pWindow->transientParent() != pParent) {
         m_pWindow->hide(); // on Wayland it is a popup, which keeps its parent while it is shown
@@ -104,12 +101,6 @@ void KeypadContext::onParentVisibleChanged(bool bVisible)
     if (!bVisible && m_pWindow && sender() == m_pWindow->transientParent()) {
         setVisible(false);
     }
-}
-
-// The platform deletes this object when its windows are no longer of use.
-void KeypadContext::onAboutToQuit()
-{
-    m_pWindow.reset();
 }
 
 void KeypadContext::onTapped(QChar oKey)

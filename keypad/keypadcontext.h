@@ -2,7 +2,7 @@
 
 #include "keypadwindow.h"
 
-#include <memory>
+#include <QPointer>
 #include <qpa/qplatforminputcontext.h>
 
 /**
@@ -15,9 +15,6 @@ class KeypadContext : public QPlatformInputContext
     Q_OBJECT
 
 public:
-    /** Creates the context without a keypad. */
-    KeypadContext();
-
     /** Returns true: the keypad needs nothing but Qt. */
     bool isValid() const override;
 
@@ -42,7 +39,6 @@ protected:
     void timerEvent(QTimerEvent* pEvent) override;
 
 private slots:
-    void onAboutToQuit();
     void onTapped(QChar oKey);
     void onParentVisibleChanged(bool bVisible);
 
@@ -51,5 +47,5 @@ private:
     void open(QObject* pObject, QWindow* pParent);
 
     QBasicTimer m_oFocusMoved;
-    std::unique_ptr<KeypadWindow> m_pWindow; // from the first opening until the program quits
+    QPointer<KeypadWindow> m_pWindow; // null until it is opened first
 };
