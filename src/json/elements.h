@@ -229,7 +229,7 @@ public:
     /** Inserts the element at the end; returns an iterator to it. Invalidates other iterators. */
     iterator Insert(UnknownElement element) { return Insert(std::move(element), End()); }
     /** Inserts the element before where; returns an iterator to it. Invalidates other iterators. */
-    iterator Insert(UnknownElement element, iterator where)
+    iterator Insert(UnknownElement element, const iterator& where)
     {
         return m_Elements.insert(where, std::move(element));
     }

@@ -6,7 +6,7 @@ namespace json {
 namespace {
 
 // As many as a text of 1 MiB can have. Bounds what a text costs: the worst, full of "[]", takes 250 MiB.
-constexpr std::size_t s_nMaxTokens = 1024 * 1024;
+constexpr std::size_t s_nMaxTokens = 1048576;
 
 // These are the same whatever the locale is and whether char is signed.
 bool isWhiteSpace(char c)

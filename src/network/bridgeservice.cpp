@@ -57,12 +57,8 @@ bool BridgeService::BridgeInterface::operator==(const BridgeInterface& other) co
 }
 
 BridgeService::BridgeService(const BridgeService& other)
-    // Once this is done the destructor runs, should the copying below fail.
-    : BridgeService()
+    : enabled(other.enabled), interfaces(other.interfaces), list(copyRecords(other.list))
 {
-    enabled = other.enabled;
-    interfaces = other.interfaces;
-    copyRecords(other.list, list);
 }
 
 BridgeService::~BridgeService()

@@ -69,17 +69,17 @@ json::Array toJSONArray(const QStringList& strings, const char* key);
 void writeWhenSet(json::Object& object, const char* key, const QString& field);
 void writeWhenSet(json::Object& object, const char* key, int field);
 
-/** Copies owned records, null ones left out. When memory runs out the target, empty before, owns what was
- * copied. */
+/** Returns copies of the records, which the caller owns; null ones are left out. */
 template<class RecordType>
-void copyRecords(const QMap<QString, RecordType*>& from, QMap<QString, RecordType*>& to)
+QMap<QString, RecordType*> copyRecords(const QMap<QString, RecordType*>& from)
 {
+    QMap<QString, RecordType*> copies;
     for (auto record = from.begin(); record != from.end(); ++record) {
         if (record.value()) {
-            RecordType*& copy = to[record.key()];
-            copy = new RecordType(*record.value());
+            copies.insert(record.key(), new RecordType(*record.value()));
         }
     }
+    return copies;
 }
 
 /** Compares owned records by key and content, null ones left out. */

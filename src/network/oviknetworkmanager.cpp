@@ -145,14 +145,9 @@ bool NetworkConfiguration::Dns::operator==(const Dns& other) const
 }
 
 NetworkConfiguration::NetworkConfiguration(const NetworkConfiguration& other)
-    // Once this is done the destructor runs, should the copying below fail.
-    : NetworkConfiguration()
+    : version(other.version), dns(other.dns), hostname(other.hostname), bridge(other.bridge),
+      interfaces(copyRecords(other.interfaces))
 {
-    version = other.version;
-    dns = other.dns;
-    hostname = other.hostname;
-    bridge = other.bridge;
-    copyRecords(other.interfaces, interfaces);
 }
 
 NetworkConfiguration::~NetworkConfiguration()
