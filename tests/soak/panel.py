@@ -54,12 +54,13 @@ class Panel:
     def send(self, *lines):
         self.process.stdin.write(b"".join(line + b"\n" for line in lines))
 
-    def wait(self, condition, complaint):
-        """Waits until the condition holds; if it does not, fails with what complaint() returns."""
+    @staticmethod
+    def wait(condition, complaint):
+        """Waits until the condition holds; fails with the complaint if it does not."""
         deadline = time.monotonic() + Finger.PATIENCE
         while not condition():
             if time.monotonic() > deadline:
-                fail(complaint())
+                fail(complaint)
             time.sleep(0.05)
 
     def visible(self, *names):
@@ -73,8 +74,7 @@ class Panel:
 
     def settle(self, expected):
         """Waits until the panel shows what is expected."""
-        self.wait(lambda: self.shown(expected[0]) == expected,
-                  lambda: f"commands lost: {self.shown(expected[0])} in place of {expected}")
+        self.wait(lambda: self.shown(expected[0]) == expected, f"commands lost: it does not show {expected}")
 
     def check_log(self, missing):
         """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""
@@ -91,12 +91,10 @@ class Panel:
         self.finger.socket.sendall(b"count\n")
         counts = json.loads(self.finger.replies.readline())
         process = f"/proc/{self.process.pid}"
-        with open(process + "/statm", encoding="ascii") as statm:
-            pages = int(statm.read().split()[1])
+        pages = int(open(process + "/statm", encoding="ascii").read().split()[1])
         children = [open(path, encoding="ascii").read() for path in glob.glob(process + "/task/*/children")]
-        return {"QObjects": counts["objects"], "timers": counts["timers"], "widgets": counts["widgets"],
-                "windows": counts["topLevels"], "descriptors": len(os.listdir(process + "/fd")),
-                "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
+        return {"QObjects": counts["objects"], "timers": counts["timers"],
+                "descriptors": len(os.listdir(process + "/fd")), "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
                 "heap KiB": counts["heap"] // 1024, "resident KiB": pages * os.sysconf("SC_PAGESIZE") // 1024}
 
     def leave(self):
