@@ -29,6 +29,38 @@ void takeMessage(QtMsgType /*eType*/, const QMessageLogContext& /*oContext*/, co
     }
 }
 
+// What tools write and the settings file holds, and what becomes of it.
+const char s_szZones[] = "kadconfig-gen-timezones.sh";
+const char s_szCrash[] = "onProcessError Error:  QProcess::Crashed";
+const std::tuple<const char*, const char*, const char*, const char*> s_aReports[] = {
+    // tool, its script, a part of what is shown, errors in the log
+    {s_szZones, "printf '[a,Euro'; sleep 0.1; printf 'pe/Rome\\0lost'; sleep 0.1; echo ]",
+     "<Europe/Rome of a|Europe/Rome>", ""},
+    {s_szZones, "echo \"x[[a, 'b''c' ,,d'e][f]\"", "<[a of [a|bc||de>", ""},
+    {s_szZones, "echo 'x]y[a,b]'", "<a of a|b]>", ""},
+    {s_szZones, "echo '[a,'; sleep 1000 & exec yes b,", "<a of a|b|b|b>", s_szCrash},
+    {s_szZones, "", "< of >", "onProcessError Error:  QProcess::FailedToStart"}, // not executable
+    {"cat", "printf ' Euro'; sleep 0.1; printf 'pe/Rome\\n\\0UTC'", "<Europe/Rome of", ""},
+    {"cat", "printf 'UTC%200000s'; exec sleep 1000", "<UTC of", s_szCrash},
+    {"sed", "printf '* 10.0'; sleep 0.1; printf '.0.2 2 u 6'; sleep 0.1; echo '4 128 377'",
+     "<Last sync:64 secs ago>", ""},
+    {"sed", "printf %200000s; exec sleep 1000", "<Connection error>", s_szCrash},
+    {"sed", "echo ' 10.0.0.1 .INIT. 16 u - 64 0 0.0 0.0 0.0'", "<Connection error>", ""},
+    {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 64 128'", "<Connection error>", ""},
+    {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 3h 128 377'", "<Last sync:3h hours ago>", ""},
+    {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 5d 128 1'", "<Last sync:5d days ago>", ""},
+    // or how the settings file comes to be
+    {"", "rm $file", "<pool.ntp.org>", ""},
+    {"", "rm $file; mkfifo $file", "<pool.ntp.org>", "datetime file missing: /etc/kadconfig/datetime.json"},
+    {"", R"(echo '{"x":[1,{"server":"c"}],"ntp":{"server":"zeit.bücher.example"}}' >$file)",
+     "<zeit.bücher.example>", ""},
+    {"", ">$file", "<pool.ntp.org>", "Trying to parse empty datetime json!"},
+    {"", "echo >$file", "<pool.ntp.org>", "Parse error in datetime json Unexpected end of token stream"},
+    {"", R"(printf '{"a":"%09999999d"}' 0 >$file)", "<pool.ntp.org>", // too long to be read whole
+     "Scan error in datetime json  Expected string: \""},
+    {"", R"(echo '{"NTP":{}}' >$file)", "<>", "datetime json error:  Could not find 'ntp' json object"},
+    {"", R"(echo '{"ntp":{"server":1}}' >$file)", "<pool.ntp.org>", "Unknown datetime json error "}};
+
 QByteArray contents(const QString& strPath)
 {
     QFile oFile(strPath);
@@ -66,7 +98,7 @@ private slots:
     {
         QVERIFY(runInShell("rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/{tools,hangs}; "
                            "mkdir /tmp/tools; '" DEVICE_TOOLS "'"));
-        setTool("kadconfig-gen-timezones.sh", "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\"");
+        setTool(s_szZones, "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\"");
         OVIKPlatform::getInstance()->restartNTPDService(false);
         takeCalls();
     }
@@ -150,45 +182,8 @@ private slots:
 
     void showsWhatToolsAndFilesHold()
     {
-        const char* szZones = "kadconfig-gen-timezones.sh";
-        const char* szCrash = "onProcessError Error:  QProcess::Crashed";
-        const std::tuple<const char*, const char*, const char*, const char*> aRows[] = {
-            // tool, its script, a part of what is shown, errors in the log
-            {szZones, "printf '[a,Euro'; sleep 0.1; printf 'pe/Rome\\0lost'; sleep 0.1; echo ]",
-             "<Europe/Rome of a|Europe/Rome>", ""},
-            {szZones, "echo \"x[[a, 'b''c' ,,d'e][f]\"", "<[a of [a|bc||de>", ""},
-            {szZones, "echo 'x]y[a,b]'", "<a of a|b]>", ""},
-            {szZones, "echo '[a,'; sleep 1000 & exec yes b,", "<a of a|b|b|b>", szCrash},
-            {szZones, "", "< of >", "onProcessError Error:  QProcess::FailedToStart"}, // not executable
-            {"cat", "printf ' Euro'; sleep 0.1; printf 'pe/Rome\\n\\0UTC'", "<Europe/Rome of", ""},
-            {"cat", "printf 'UTC%200000s'; exec sleep 1000", "<UTC of", szCrash},
-            {"sed", "printf '* 10.0'; sleep 0.1; printf '.0.2 2 u 6'; sleep 0.1; echo '4 128 377'",
-             "<Last sync:64 secs ago>", ""},
-            {"sed", "printf %200000s; exec sleep 1000", "<Connection error>", szCrash},
-            {"sed", "echo ' 10.0.0.1 .INIT. 16 u - 64 0 0.0 0.0 0.0'", "<Connection error>", ""},
-            {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 64 128'", "<Connection error>", ""},
-            {"sed", "echo '*10.0.0.1   10.0.0.2 2 u 12m  128 377'", "<Last sync:12m secs ago>", ""},
-            {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 3h 128 377'", "<Last sync:3h hours ago>", ""},
-            {"sed", "echo '*10.0.0.1 10.0.0.2 2 u 5d 128 1'", "<Last sync:5d days ago>", ""},
-            // or how the settings file comes to be
-            {"", "rm $file", "<pool.ntp.org>", ""},
-            {"", "rm $file; mkfifo $file", "<pool.ntp.org>",
-             "datetime file missing: /etc/kadconfig/datetime.json"},
-            {"", R"(echo '{"x":[1,{"server":"c"}],"ntp":{"server":"zeit.bücher.example"}}' >$file)",
-             "<zeit.bücher.example>", ""},
-            {"", R"(printf '{"ntp":{"server":"a"}}\0}' >$file)", "<a>", ""},
-            {"", ">$file", "<pool.ntp.org>", "Trying to parse empty datetime json!"},
-            {"", "echo >$file", "<pool.ntp.org>",
-             "Parse error in datetime json Unexpected end of token stream"},
-            {"", R"(printf '{"a":"%09999999d"}' 0 >$file)", "<pool.ntp.org>", // too long to be read whole
-             "Scan error in datetime json  Expected string: \""},
-            {"", R"(echo '{"NTP":{}}' >$file)", "<>",
-             "datetime json error:  Could not find 'ntp' json object"},
-            {"", R"(echo '{"ntp":{"Server":"a"}}' >$file)", "<>",
-             "datetime json error:  Could not find 'server' entry"},
-            {"", R"(echo '{"ntp":{"server":1}}' >$file)", "<pool.ntp.org>", "Unknown datetime json error "}};
         static const QRegularExpression s_oErrors("onProcessError|datetime");
-        for (const auto& [szTool, szScript, szShown, szErrors] : aRows) {
+        for (const auto& [szTool, szScript, szShown, szErrors] : s_aReports) {
             init();
             if (*szTool) {
                 setTool(szTool, szScript);
@@ -204,7 +199,7 @@ private slots:
 
     void endsTools()
     {
-        for (const QString strTool : {"kadconfig-gen-timezones.sh", "cat", "ntpq"}) {
+        for (const QString strTool : {s_szZones, "cat", "ntpq"}) {
             for (const bool bApply : {true, false}) {
                 init();
                 setTool(strTool, "trap '' TERM HUP; echo '[x]'; touch /tmp/hangs; sleep 1000; sleep 1000");
@@ -282,8 +277,9 @@ private:
         g_oLog.clear();
         m_pZones->setEditText(strZone);
         g_pDialog->findChild<QAbstractButton*>("applyButton")->click();
-        QVERIFY(g_pDialog->findChild<QWidget*>("busyMark")->isVisible());
-        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 60000);
+        const auto* pBusyMark = g_pDialog->findChild<QWidget*>("busyMark");
+        QVERIFY(pBusyMark->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle() && !pBusyMark->isVisible(), 60000);
     }
 
     static bool isIdle()

@@ -14,7 +14,7 @@ import sys
 import time
 
 from commands import FIELDS, Commands
-from panel import TOOLS, Fault, Panel, fail
+from panel import TOOLS, Fault, Panel, fail, wait
 
 LAUNCHES = "/tmp/kadconfig-app.log"
 DIALOGS = ("NetworkSettingsDialog", "DateTimeDialog")
@@ -145,7 +145,7 @@ class Soak:
         if self.chance():
             self.finger.tap("autoUpdate_CheckBox")
         self.finger.tap("applyButton")
-        self.panel.wait(lambda: self.zone() == zone, f"the zone is not {zone}")
+        wait(lambda: self.zone() == zone, f"the zone is not {zone}")
         self.close_all()
 
     @staticmethod
@@ -156,7 +156,7 @@ class Soak:
     def settings(self):
         before = os.path.getsize(LAUNCHES)
         self.finger.tap("toolButton")
-        self.panel.wait(lambda: os.path.getsize(LAUNCHES) > before, "the settings button starts nothing")
+        wait(lambda: os.path.getsize(LAUNCHES) > before, "the settings button starts nothing")
 
     def anywhere(self):
         """The operator taps and drags without looking."""
@@ -174,16 +174,15 @@ class Soak:
         self.finger.pointer("mousemove", "400", "240", "click", "1")
         if self.panel.checker or self.chance():
             self.panel.send(b"w0")
-        self.panel.wait(lambda: not self.panel.visible("winkHorWidget"), "the wink does not end")
+        wait(lambda: not self.panel.visible("winkHorWidget"), "the wink does not end")
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
-        self.panel.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before,
-                        "the clock stands still")
+        wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, "the clock stands still")
 
     def close_all(self):
         self.panel.send(b"w0")
-        self.panel.wait(self.are_closed, "a dialog cannot be closed")
+        wait(self.are_closed, "a dialog cannot be closed")
 
     def are_closed(self):
         """Closes a dialog if there is one."""

@@ -12,9 +12,8 @@ import subprocess
 import sys
 import time
 
-TOOLS = os.path.realpath(os.path.dirname(__file__) + "/../../tools")
-sys.path.insert(0, TOOLS)
-from finger import Finger  # noqa: E402
+sys.path.insert(0, os.path.realpath(os.path.dirname(__file__) + "/../soak"))
+from panel import TOOLS, Finger, start, wait  # noqa: E402
 
 ADDRESS, NEXT_ADDRESS, LAST_ADDRESS = "10.0.0.101", "10.0.0.100", "10.0.0.110"  # the order is eth1, eth0, eth3, ...
 
@@ -24,26 +23,16 @@ class Operator(Finger):
     PACE = 2.0
 
     def __init__(self, program):
-        interfaces = [{"name": f"eth{number}", "ip_address": f"10.0.0.{100 + number}"} for number in range(12)]
+        interfaces = [{"name": f"eth{number}", "ip_address": f"10.0.0.{100 + number}", "mac_address": "00:0a:1b:2c:3d:4e"}
+                      for number in range(12)]
         document = json.dumps({"version": 1, "interfaces": interfaces})
         subprocess.run(["gdbus", "call", "--system", "--dest", "com.quen.OVIK.Simulator", "--object-path", "/Simulator",
                         "--method", "com.quen.OVIK.Simulator.SetDocument", json.dumps(document)], check=True)
-        os.mkfifo("/tmp/tarnixUI")
-        self.panel = subprocess.Popen([program], stdin=subprocess.PIPE, env={
-            **os.environ, "QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
-            "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins"}, bufsize=0)
-        with open("/tmp/tarnixUI", encoding="ascii") as pipe:
-            pipe.read()  # what it writes after its first paint
+        self.panel = start([program])
         super().__init__("/tmp/probe")
 
     def rect(self, name):
         return self.find(name)["rect"]
-
-    def wait(self, condition):
-        deadline = time.monotonic() + self.PATIENCE
-        while not condition():
-            assert time.monotonic() < deadline
-            time.sleep(0.05)
 
     def tap_at(self, x, y):
         self.pointer("mousemove", str(x), str(y), "click", "1")
@@ -51,7 +40,7 @@ class Operator(Finger):
     def show_applications(self, count):
         before = self.rect("scrollAreaWidgetContents")
         self.panel.stdin.write(b"n%d\n" % count)
-        self.wait(lambda: self.rect("scrollAreaWidgetContents") != before)
+        wait(lambda: self.rect("scrollAreaWidgetContents") != before, "no rows come or go")
 
     def drag_by(self, x, y, across, down):
         """Drags without a rest before the release: a fling."""
@@ -68,7 +57,7 @@ class Operator(Finger):
                 return True
             self.drag_by(left + width // 2, area + seen // 2 - direction * seen // 3, 0, direction * seen * 2 // 3)
             return False
-        self.wait(is_there)
+        wait(is_there, "the rows do not scroll to their end")
 
     def close(self, dialog):
         """Closes the dialog by its button; all of it has to be in sight."""
@@ -77,18 +66,21 @@ class Operator(Finger):
             left, top, wide, high = self.rect(name)
             assert min(left, top) >= 0 and left + wide <= width and top + high <= height and high >= least, name
         self.tap_at(*self.middle(self.rect("closeButton")))
-        self.wait(lambda: not self.look(dialog))
+        wait(lambda: not self.look(dialog), "it does not close")
 
     def open_interface(self, x, y, interface):
         self.tap_at(x, y)
         self.find("interfaceList_comboBox", interface)
         self.close("NetworkSettingsDialog")
 
+    def is_list_open(self):
+        return any(widget.get("entries") for widget in self.widgets())
+
     def choose(self, entry):
         rect = self.locate("=" + entry)
         assert min(rect[2:]) >= self.ENTRY, rect
         self.tap_at(*self.middle(rect))
-        self.wait(lambda: not any(widget.get("entries") for widget in self.widgets()))
+        wait(lambda: not self.is_list_open(), "the list does not close")
 
     def pick(self, box, entry):
         self.open(box)
@@ -106,16 +98,27 @@ class Operator(Finger):
         x, y = self.reach("=" + NEXT_ADDRESS)
         self.open_interface(x, y - height // 2 - gap // 2 + 2, "eth0")
 
+    def apply(self, shown):
+        """The panel shows what was applied before it asks for addresses by itself again."""
+        self.tap_at(*self.middle(self.rect("applyButton")))
+        wait(lambda: any(label["class"] == "QLabel" and label["text"] == shown for label in self.widgets()),
+             f"the panel does not show {shown}", 6)
+
     def change_interface(self):
-        self.tap("=" + ADDRESS)
+        x, y = self.reach("=" + ADDRESS)
+        self.pointer("mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "5", "1")
+        self.find("macId_Label", "0:a:1b:2c:3d:4e")
+        assert sum(widget["name"] == "NetworkSettingsDialog" for widget in self.widgets()) == 1
         self.pick("interfaceList_comboBox", "eth10")
         self.find("ipAddress_LineEdit", LAST_ADDRESS)
+        self.type("ipAddress_LineEdit", "10.1.2.3")
+        self.apply("10.1.2.3")
+        self.drag_by(*self.reach("useDHCP_comboBox"), 0, -60)
+        time.sleep(0.3)  # a list would be open by then
+        assert not self.is_list_open()
         self.pick("useDHCP_comboBox", "Yes")
+        self.apply("DHCP")
         self.pick("useDHCP_comboBox", "No")
-        self.tap_at(*self.middle(self.rect("applyButton")))
-        with open("/tmp/ovik-simulator.log", encoding="utf-8") as log:
-            calls = []
-            self.wait(lambda: calls.append(log.read()) or "applyNewConfiguration" in "".join(calls))
         self.close("NetworkSettingsDialog")
 
     def choose_zone(self):
@@ -134,7 +137,7 @@ class Operator(Finger):
         self.tap("nextMonth")
         self.choose("15")
         expected = datetime.date(year - 1 + month // 12, month % 12 + 1, 15)
-        self.wait(lambda: self.date().startswith(expected.strftime("%d/%m/%Y")))
+        wait(lambda: self.date().startswith(expected.strftime("%d/%m/%Y")), f"no {expected}")
 
     def set_time(self):
         """Taps each part of the time, whose place follows from the width of digits, and steps it."""
@@ -145,7 +148,7 @@ class Operator(Finger):
             self.tap_at(left + 8 + round(place * em), top + height // 2)
             self.find("stepPart", part)
             self.tap("stepUp")
-            self.wait(lambda: self.date() != before)
+            wait(lambda: self.date() != before, "no step")
         before = int(self.date()[14:16])
         self.hold("stepUp", 1.5)
         assert (int(self.date()[14:16]) - before) % 60 > 3
@@ -154,7 +157,7 @@ class Operator(Finger):
         left, top, width, height = self.locate("autoUpdate_CheckBox")
         before = self.find("autoUpdate_CheckBox")["checked"]
         self.tap_at(left + width - 3, top + height // 2)
-        self.wait(lambda: self.find("autoUpdate_CheckBox")["checked"] != before)
+        wait(lambda: self.find("autoUpdate_CheckBox")["checked"] != before, "no switch")
 
     def play(self):
         self.show_applications(20)
