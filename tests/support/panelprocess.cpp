@@ -54,11 +54,7 @@ PanelProcess::PanelProcess(const QString& strDisplay, const QString& strCommand)
 bool PanelProcess::start()
 {
     m_oProcess.start();
-    const bool bStarted = QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
-    if (!bStarted) {
-        qWarning() << m_oProcess.errorString() << m_oProcess.state() << m_oProcess.exitCode() << log();
-    }
-    return bStarted;
+    return QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
 }
 
 void PanelProcess::send(const QByteArray& oBytes)
@@ -70,8 +66,7 @@ void PanelProcess::send(const QByteArray& oBytes)
 int PanelProcess::quit()
 {
     send("quit\n");
-    m_oProcess.waitForFinished(s_nPatience);
-    const bool bEnded = m_oProcess.state() == QProcess::NotRunning;
+    const bool bEnded = m_oProcess.waitForFinished() || m_oProcess.state() == QProcess::NotRunning;
     return bEnded && m_oProcess.exitStatus() == QProcess::NormalExit ? m_oProcess.exitCode() : -1;
 }
 
