@@ -9,13 +9,6 @@ using namespace std::string_literals;
 
 namespace {
 
-// Groups digits and has a decimal comma.
-class GermanNumbers : public std::numpunct<char>
-{
-    char do_decimal_point() const override { return ','; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 // Returns what the text is written as, or the exception with its message and places as LINE:COLUMN@OFFSET.
 std::string outcome(const std::string& sText)
 {
@@ -56,7 +49,7 @@ private slots:
             {R"({"n":[0,-0,007,1.,-.5,1E+2,1e-2,0.1,1e21,123456789012345678]})",
              R"({"n" : [0,-0,7,1,-0.5,100,0.010000000000000000208,)"
              R"(0.10000000000000000555,1e+21,123456789012345680]})"},
-            {R"({"n":[1e999,-1e999,1e-999,4.9e-324]})",
+            {R"({"n":[1e999,-1e999,1234.5000000000e-330,4.9e-324]})",
              R"({"n" : [1.7976931348623157081e+308,-1.7976931348623157081e+308,0,4.9406564584124654418e-324]})"},
             {"", "parse: Unexpected end of token stream at 0:0@0 to 0:0@0"},
             {"{\"a\":[1,\n2", "parse: Unexpected end of token stream at 1:1@10 to 1:1@10"},
@@ -117,15 +110,12 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, oDirectory), Reader::ParseException);
     }
 
-    void writesFormatsButNoLocale()
+    void writesInTheFormatOfTheStream()
     {
-        const auto oFormer = std::locale::global(std::locale(std::locale(), new GermanNumbers));
         std::ostringstream oText;
         oText << std::scientific << std::uppercase << std::showpos;
         Writer::Write(readText(R"({"a":1234567.5})"), oText);
         QCOMPARE(oText.str(), R"({"a" : +1.23456750000000000000E+06})"s);
-        QCOMPARE(outcome(R"({"a":[1234567.5,1234.5000000000e-330]})"), R"({"a" : [1234567.5,0]})"s);
-        std::locale::global(oFormer);
     }
 
     void flushesOrLeavesTheErrorInTheStream()
@@ -146,10 +136,8 @@ private slots:
         // Neither way round may a comparison go through the conversions, which discard.
         QVERIFY(!(String() == oElement) && !(oElement == Object()) && Number(1) == oElement);
         QVERIFY(Number(1) == 1 && 1.0 == Number(1) && !(Number(1) == 2) && String("a") == "a");
-        const std::string aTexts[] = {R"({"a":1,"b":[{},[2]]})",   R"({"b":[{},[2]],"a":1})",
-                                      R"({"a":1,"b":[{},[3]]})",   R"({"a":1,"b":[[],[2]]})",
-                                      R"({"a":1,"b":[{},[2,2]]})", R"({"a":1})",
-                                      R"({"a":1,"c":[{},[2]]})",   R"({"a":true,"b":[{},[2]]})"};
+        const std::string aTexts[] = {R"({"a":1,"b":[{},[2]]})", R"({"b":[{},[2]],"a":1})",
+                                      R"({"a":1,"c":[{},[2]]})", R"({"a":1,"b":[{},[2,3]]})", "{}"};
         for (const std::string& sOne : aTexts) {
             for (const std::string& sOther : aTexts) {
                 QCOMPARE(readText(sOne) == readText(sOther), sOne == sOther);
@@ -198,19 +186,6 @@ private slots:
         QVERIFY(*oArray.Insert(Number(0), oArray.Begin()) == Number(0));
         QVERIFY(*oArray.Insert(Number(5)) == Number(5));
         QCOMPARE(writeText(oObject), R"({"a" : null,"x" : [0,null,null,3,5],"y" : 2})"s);
-    }
-
-    void deepTrees()
-    {
-        Object oObject;
-        for (int nLevel = 0; nLevel < 4000; nLevel += 2) {
-            Object oOuter;
-            oOuter["a"].ConvertTo<Array>().Insert(std::move(oObject));
-            oObject = std::move(oOuter);
-        }
-        const Object oCopy(oObject);
-        QVERIFY(oCopy == oObject);
-        QCOMPARE(writeText(oCopy), repeat(2000, R"({"a" : [)") + "{}" + repeat(2000, "]}"));
     }
 
 private:

@@ -23,9 +23,6 @@ const QString s_strDocument =
 const QString s_strEmpty =
     R"({"version" : 0,"hostname" : "","dns" : {"servers" : [],"search" : []},)"
     R"("bridge" : {"enabled" : false,"interfaces" : [],"list" : []},"interfaces" : []})";
-const QString s_strFlags =
-    R"("dhcp" : false,"configured" : false,"readonly" : true,"virtual" : true,"hidden" : true)";
-
 QString g_strLog;
 
 // Reads a text; returns what the record writes of it, and the log.
@@ -79,10 +76,9 @@ private slots:
     void readsAndWritesParts()
     {
         QCOMPARE(
-            outcome<Interface>(R"({"future":{},"metric":2.9,"actual_metric":-1e999,"name":"a","label":""})"),
-            R"({"name" : "a","metric" : 2,)" + s_strFlags + R"(,"actual_metric" : -2147483648})");
-        QCOMPARE(outcome<Interface>(R"({"name":"a","metric":1e300,"actual_metric":-0.9})"),
-                 R"({"name" : "a","metric" : 2147483647,)" + s_strFlags + '}');
+            outcome<Interface>(R"({"future":{},"metric":-2.9,"actual_metric":1e300,"name":"a","label":""})"),
+            R"({"name" : "a","metric" : -2,"dhcp" : false,"configured" : false,"readonly" : true,)"
+            R"("virtual" : true,"hidden" : true,"actual_metric" : 2147483647})");
         QCOMPARE(outcome<Dns>(
                      R"({"search":[{},{"name":1},3,{"name":"x"}],"servers":[{"ip":null},[],{"ip":"y"}]})"),
                  R"({"servers" : [{"ip" : ""},{"ip" : ""},{"ip" : "y"}],)"
@@ -125,19 +121,6 @@ private slots:
         QVERIFY(document.fromJSON(R"({"version":3,"interfaces":[]})") && document.interfaces.isEmpty());
         QVERIFY(document.fromJSON(R"({"version":4,"hostname":"i"})") && document.hostname == "h");
         QVERIFY(g_strLog.endsWith("Unsupported network manager version  4"));
-    }
-
-    void copiesAreDeep()
-    {
-        NetworkConfiguration original;
-        QVERIFY(original.fromJSON(s_strDocument));
-        NetworkConfiguration copy(original);
-        copy.interfaces.value("e")->label = "changed";
-        QVERIFY(!(copy == original));
-        copy = original;
-        QVERIFY(copy == original);
-        copy.bridge.list.value("b")->fd = 8;
-        QVERIFY(!(copy == original) && original.toJSON() == s_strDocument);
     }
 };
 

@@ -82,7 +82,6 @@ private slots:
         }
         const QString strSecond = QString("Waiting for all OVIK services up and running...\n").repeated(3) +
                                   "OVIK running in session bus!  \"\"\n";
-        const QString strReboot = "/ q_autostart()|/ restartSystem()";
         QTest::newRow("none") << false << strNoSystem + strNoSession;
         QTest::newRow("system") << true << strRetries + strInvalid;
         QTest::newRow("session") << false << strNoSystem + strRetries + strNoService;
@@ -194,11 +193,10 @@ private slots:
             R"(malformed-json {"name":"eth0","mac_address":"1:2","dhcp":true,"ip_address":"1.2.3.4",)"
             R"("version":1,"interfaces":[{"name":"a","actual_ip_address":"10.0.0.1"}]})")
             << "0.0.0.0 0 0 01:02:00:00:00:00 DHCP ";
-        for (const char* szWorld : {R"(malformed-json {"name")", R"(malformed-json {"interfaces":[]})"}) {
-            QTest::newRow(szWorld) << "0.0.0.0 0 0 00:00:00:00:00:00 ";
-        }
-        for (const char* szWorld : {"wrong-types json", "wrong-types", "errors", "silent", "absent"}) {
-            QTest::newRow(szWorld) << "10.1.2.3 ffffff00 c0a80101 00:0a:1b:2c:3d:4e ";
+        for (const char* szWorld : {R"(malformed-json {"name")", R"(malformed-json {"interfaces":[]})",
+                                    "wrong-types json", "wrong-types", "errors", "silent", "absent"}) {
+            QTest::newRow(szWorld) << (*szWorld == 'm' ? "0.0.0.0 0 0 00:00:00:00:00:00 "
+                                                       : "10.1.2.3 ffffff00 c0a80101 00:0a:1b:2c:3d:4e ");
         }
     }
 
@@ -251,11 +249,9 @@ private slots:
             QVERIFY(startService());
             QVERIFY(SimulatorProcess::succeeds(m_oSimulator.steering().SetVersion(szText)));
             QVERIFY(setWorld("errors") && platform().GetVersion() == 0);
-            QVERIFY(setWorld("wrong-types") && platform().GetVersion() == 0);
             QVERIFY(setWorld("short-records", szLength));
-            QCOMPARE(platform().GetVersion(), nVersion);
-            QCOMPARE(platform().GetVersion(), nVersion);
-            QCOMPARE(calls().filter("info()").size(), 3);
+            QVERIFY(platform().GetVersion() == nVersion && platform().GetVersion() == nVersion);
+            QCOMPARE(calls().filter("info()").size(), 2);
             cleanup();
         }
     }

@@ -1,10 +1,5 @@
 #include "support/childprocess.h"
 
-ChildProcess::ChildProcess()
-{
-    setProcessChannelMode(MergedChannels);
-}
-
 ChildProcess::~ChildProcess()
 {
     kill();

@@ -2,11 +2,10 @@
 
 #include <QProcess>
 
-/** A program that runs beside the test and is killed with the object; both outputs are read line by line. */
+/** A program that runs beside the test and is killed with the object; its output is read line by line. */
 class ChildProcess : public QProcess
 {
 public:
-    ChildProcess();
     /** Kills the program. */
     ~ChildProcess() override;
 

@@ -20,11 +20,7 @@ QRect sWidget::rect(const QString& strMember) const
 Display::Display(const QSize& oSize)
 {
     const QString strScreen = QString("%1x%2x24").arg(oSize.width()).arg(oSize.height());
-    m_oServer.setProcessChannelMode(QProcess::SeparateChannels);
     m_strName = ":" + m_oServer.startAndReadLine("Xvfb", {"-screen", "0", strScreen, "-displayfd", "1"});
-    if (m_strName == ":") {
-        qFatal("no virtual display");
-    }
 }
 
 bool Display::pointer(const QString& strCommand) const
@@ -47,7 +43,6 @@ PanelProcess::PanelProcess(const QString& strDisplay, const QString& strCommand)
     m_oProcess.setArguments({"DISPLAY=" + strDisplay, "QT_QPA_PLATFORM=" + strPlatform,
                              "QT_QPA_GENERIC_PLUGINS=probe:" + m_strSocket,
                              QString("QT_PLUGIN_PATH=") + PROBE_PLUGIN_PATH, "sh", "-c", strCommand});
-    m_oProcess.setProcessChannelMode(QProcess::SeparateChannels);
     m_oProcess.setStandardErrorFile(m_strSocket + ".log");
 }
 
@@ -106,8 +101,8 @@ QList<sWidget> PanelProcess::widgets()
 sWidget PanelProcess::widget(const QString& strName)
 {
     const QList<sWidget> oWidgets = widgets();
-    const auto it = std::find_if(oWidgets.begin(), oWidgets.end(),
-                                 [&](const sWidget& oWidget) { return oWidget.name() == strName; });
+    const auto fnIsIt = [&](const sWidget& oWidget) { return oWidget.name() == strName; };
+    const auto it = std::find_if(oWidgets.begin(), oWidgets.end(), fnIsIt);
     return it == oWidgets.end() ? sWidget() : *it;
 }
 
