@@ -1,24 +1,20 @@
 #!/bin/bash
 # Installs what building, testing and showing the panel needs on Debian 12 and 13; does nothing if all of it is there.
 #
-#   install-build-packages.sh [--keyboard | --aarch64]
+#   install-build-packages.sh [--aarch64]
 #
-# --keyboard  also an on-screen keyboard, for the demo
 # --aarch64   also what building for AArch64 and running it here needs; lets the machine have packages of arm64
 set -euo pipefail
 
 # No name carries a version: the same list serves every release.
 packages=(
     build-essential clang cmake file libclang-rt-dev llvm ninja-build
-    qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
-    fonts-liberation fonts-dejavu-core imagemagick openbox
+    qtbase5-dev qtbase5-dev-tools qtbase5-private-dev dbus-daemon libglib2.0-bin
+    fonts-liberation fonts-dejavu-core imagemagick
+    cage matchbox-window-manager openbox qtwayland5 tigervnc-viewer weston xwayland
     iproute2 libfaketime mount python3 strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
 )
-[[ ${1:-} != --keyboard ]] || packages+=(
-    qtvirtualkeyboard-plugin qml-module-qtquick2 qml-module-qtquick-layouts qml-module-qtquick-window2
-    qml-module-qt-labs-folderlistmodel xcompmgr
-)
-[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64)
+[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64 qtbase5-private-dev:arm64)
 
 missing=()
 for package in "${packages[@]}"; do

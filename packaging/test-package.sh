@@ -26,7 +26,7 @@ fnDpkg() { dpkg --admindir="$PWD/database" --log="$PWD/dpkg.log" --no-triggers "
 fnFiles() { dpkg-deb --fsys-tarfile "$package" | tar -t | sed 's/^.//' | { xargs ls -d 2>/dev/null || true; } | sort; }
 
 cpack --config "$build/CPackConfig.cmake" -B "$PWD"
-package=$(echo ./*.deb)
+package=$(echo ./tarnixui_*.deb)
 architecture=$(dpkg --print-architecture)
 ((${#emulator[@]} == 0)) || architecture=arm64
 fnExpect 'The architecture' "$(dpkg-deb -f "$package" Architecture)" "$architecture"

@@ -59,12 +59,12 @@ class Finger:
         raise LookupError(f"no widget {name} {text or ''}")
 
     def area(self):
-        """Returns the rectangle of what a finger would drag: the open list, the fields of the dialog or the rows."""
+        """Returns what a finger would drag: the open list, the fields of the dialog or the rows of the panel."""
         widgets = self.widgets()
         for widget in widgets:
             if widget.get("entries"):
-                return widget["rect"]
-        areas = {widget["name"]: widget["rect"] for widget in widgets}
+                return widget
+        areas = {widget["name"]: widget for widget in widgets}
         return areas.get("formArea") or areas["scrollArea"]
 
     def reach(self, name):
@@ -83,13 +83,13 @@ class Finger:
                 if rect == before:
                     return rect
             else:
-                left, top, width, height = self.area()
-                shown = [entry["text"] for entry in self.widgets() if entry["name"] == ""]
+                area = self.area()
+                left, top, width, height = area["rect"]
                 if rect:
                     forward = rect[1] > top
-                elif shown == seen:
+                elif area.get("entries") == seen:
                     forward = not forward  # the end of the list
-                seen = shown
+                seen = area.get("entries")
                 upper, lower = top + height // 6, top + height * 5 // 6
                 self.drag(left + width // 3, *((lower, upper) if forward else (upper, lower)))
             before = rect

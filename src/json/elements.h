@@ -258,9 +258,11 @@ public:
     /** A name and its element. */
     struct Member
     {
-        /** Makes a member, by default without a name and holding a null. */
-        Member(std::string nameIn = std::string(), UnknownElement elementIn = UnknownElement())
-            : name(std::move(nameIn)), element(std::move(elementIn))
+        /** Makes a member that holds a null, by default without a name. */
+        Member(std::string&& nameIn = std::string()) : name(std::move(nameIn)) {}
+        /** Makes a member. */
+        Member(const std::string& nameIn, UnknownElement elementIn = UnknownElement())
+            : name(nameIn), element(std::move(elementIn))
         {
         }
 

@@ -104,9 +104,16 @@ public:
     }
 
     /** Throws ParseException with the place of the token. */
-    [[noreturn]] void Throw(const std::string& sMessage, const Token& token) const;
+    [[noreturn]] void Throw(const std::string& sMessage, const Token& token) const
+    {
+        throw ParseException(sMessage, m_InputStream.GetLocation(token.sText.data()), EndOf(token));
+    }
+
     /** Throws ParseException "Unexpected token: " and the token. */
-    [[noreturn]] void ThrowUnexpected(const Token& token) const;
+    [[noreturn]] void ThrowUnexpected(const Token& token) const
+    {
+        Throw("Unexpected token: " + token.Value(), token);
+    }
 
 private:
     // The vector for the next text. A block this large among the many small ones of documents would make the
@@ -117,34 +124,21 @@ private:
         return tokens;
     }
 
-    [[noreturn]] void ThrowEnd() const;
-    Location EndOf(const Token& token) const;
+    [[noreturn]] void ThrowEnd() const
+    {
+        const Location locEnd = m_Tokens.empty() ? Location() : EndOf(m_Tokens.back());
+        throw ParseException("Unexpected end of token stream", locEnd, locEnd);
+    }
+
+    Location EndOf(const Token& token) const
+    {
+        return m_InputStream.GetLocation(token.sText.data() + token.sText.size());
+    }
 
     const InputStream& m_InputStream;
     std::vector<Token> m_Tokens;
     std::vector<Token>::const_iterator m_itCurrent;
 };
-
-void Reader::TokenStream::Throw(const std::string& sMessage, const Token& token) const
-{
-    throw ParseException(sMessage, m_InputStream.GetLocation(token.sText.data()), EndOf(token));
-}
-
-void Reader::TokenStream::ThrowUnexpected(const Token& token) const
-{
-    Throw("Unexpected token: " + token.Value(), token);
-}
-
-void Reader::TokenStream::ThrowEnd() const
-{
-    const Location locEnd = m_Tokens.empty() ? Location() : EndOf(m_Tokens.back());
-    throw ParseException("Unexpected end of token stream", locEnd, locEnd);
-}
-
-Reader::Location Reader::TokenStream::EndOf(const Token& token) const
-{
-    return m_InputStream.GetLocation(token.sText.data() + token.sText.size());
-}
 
 void Reader::Read(Object& object, std::istream& istr)
 {

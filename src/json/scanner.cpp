@@ -143,7 +143,7 @@ Reader::Token Reader::MatchToken(InputStream& inputStream)
 
 bool Reader::MatchString(InputStream& inputStream)
 {
-    MatchExpectedString(inputStream, "\"");
+    inputStream.Get();
     const std::string_view sRest = inputStream.Rest();
     const std::string_view sToQuotationMark = sRest.substr(0, sRest.find('"'));
     inputStream.Skip(std::min(sToQuotationMark.find('\\'), sToQuotationMark.size()));
@@ -154,7 +154,10 @@ bool Reader::MatchString(InputStream& inputStream)
             bEscaped = true;
         }
     }
-    MatchExpectedString(inputStream, "\"");
+    if (inputStream.EOS()) {
+        throw ScanException("Expected string: \"", inputStream.GetLocation());
+    }
+    inputStream.Get();
     return bEscaped;
 }
 

@@ -59,8 +59,9 @@ public:
     const char* Place() const { return m_pNext; }
     /** Returns the text from the place on. */
     std::string_view Rest() const { return {m_pNext, std::size_t(m_pEnd - m_pNext)}; }
-    /** Returns where a place in the text is, by default the current one, counting the lines before it. */
+    /** Returns where a place in the text is, counting the lines before it. */
     Location GetLocation(const char* pPlace) const;
+    /** Returns where the current place is. */
     Location GetLocation() const { return GetLocation(m_pNext); }
 
 private:

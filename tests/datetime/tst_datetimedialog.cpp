@@ -64,7 +64,7 @@ private slots:
     void init()
     {
         QVERIFY(runInShell("rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/{tools,hangs}; "
-                           "mkdir /tmp/tools; " DEVICE_TOOLS));
+                           "mkdir /tmp/tools; '" DEVICE_TOOLS "'"));
         setTool("kadconfig-gen-timezones.sh", "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\"");
         OVIKPlatform::getInstance()->restartNTPDService(false);
         takeCalls();
@@ -219,6 +219,7 @@ private:
         g_oLog.clear();
         m_pZones->setEditText(strZone);
         g_pDialog->findChild<QAbstractButton*>("applyButton")->click();
+        QVERIFY(g_pDialog->findChild<QWidget*>("busyMark")->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 60000);
     }
 

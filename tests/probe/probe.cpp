@@ -1,6 +1,7 @@
 #include <QAbstractEventDispatcher>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QGenericPlugin>
 #include <QJsonArray>
@@ -133,12 +134,26 @@ QByteArray describeAll()
     return QJsonDocument(oAll).toJson(QJsonDocument::Compact) + '\n';
 }
 
+QByteArray grab(const QString& strName)
+{
+    const QWidgetList oWidgets = QApplication::allWidgets();
+    for (QWidget* pWidget : oWidgets) {
+        if (pWidget->objectName() == strName) {
+            QByteArray oBytes;
+            QBuffer oBuffer(&oBytes);
+            pWidget->grab().save(&oBuffer, "PNG");
+            return oBytes.toBase64() + '\n';
+        }
+    }
+    return "\n";
+}
+
 } // namespace
 
 /**
- * Answers each line on its local socket with one line of JSON: "count" with the number of live objects,
- * running timers and bytes of heap, any other with all widgets and the part of each painted since the last
- * answer.
+ * Answers each line on its local socket with one line: "count" with the number of live objects, running timers
+ * and bytes of heap, in JSON; "grab NAME" with a picture of that widget as it paints itself, PNG in Base64; any
+ * other with all widgets and the part of each painted since the last answer, in JSON.
  */
 class Probe : public QObject
 {
@@ -163,8 +178,12 @@ private slots:
     {
         auto* pSocket = static_cast<QLocalSocket*>(sender());
         while (pSocket->canReadLine()) {
-            const bool bCount = pSocket->readLine() == "count\n";
-            pSocket->write(bCount ? countAll() : describeAll());
+            const QByteArray oLine = pSocket->readLine().trimmed();
+            if (oLine.startsWith("grab ")) {
+                pSocket->write(grab(oLine.mid(5)));
+            } else {
+                pSocket->write(oLine == "count" ? countAll() : describeAll());
+            }
         }
     }
 
