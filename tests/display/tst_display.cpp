@@ -101,9 +101,7 @@ private slots:
 private:
     static bool startSession(ChildProcess& oSession)
     {
-        const QStringList oArguments = {QTest::currentDataTag(), QString::number(s_oScreen.width()),
-                                        QString::number(s_oScreen.height())};
-        return oSession.startAndReadLine(SESSION, oArguments) == "ready";
+        return oSession.startAndReadLine(SESSION, {QTest::currentDataTag()}) == "ready";
     }
 
     bool isSeen(const QString& strName)
