@@ -70,6 +70,10 @@ source=$(realpath "$(dirname "$0")/..")
 work=$(TMPDIR=${TMPDIR:-/var/tmp} mktemp -d)
 chmod 755 "$work"
 trap 'rm -rf --one-file-system "$work"' EXIT
+if (($(df --output=avail -BG "$work" | tail -n 1 | tr -dc 0-9) < 10)); then
+    echo "try-on-debian.sh: less than 10 GB in ${work%/*}; set TMPDIR" >&2
+    exit 1
+fi
 root=$work/root
 mmdebstrap --quiet --variant=minbase "$suite" "$root"
 cp /etc/resolv.conf /etc/hosts "$root/etc"

@@ -122,6 +122,7 @@ bool measureRefresh()
 /** Measures a reading of one interface beside one bare call, in turns, so that other load affects both. */
 bool measureUpdate()
 {
+    OVIKPlatform::getInstance()->SetInterfaceName("eth0"); // the panel has selected another one
     const QDBusMessage oCall = bareCall(QStringLiteral("eth0"));
     const auto oBus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("bare"));
     std::vector<double> oBare;

@@ -42,6 +42,8 @@ void FormArea::showFocus()
 {
     QWidget* pFocus = widget()->focusWidget();
     if (pFocus && widget()->isAncestorOf(pFocus)) {
-        ensureWidgetVisible(pFocus, 0, 0);
+        // All of it: ensureWidgetVisible() would be content with the cursor.
+        const QPoint oCenter = pFocus->mapTo(widget(), pFocus->rect().center());
+        ensureVisible(oCenter.x(), oCenter.y(), 0, pFocus->height() / 2 + 1);
     }
 }

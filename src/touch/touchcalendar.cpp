@@ -156,7 +156,7 @@ void TouchCalendar::showEvent(QShowEvent* pEvent)
 
 void TouchCalendar::showPage()
 {
-    m_pYear->setText(QString::number(yearShown()));
+    m_pYear->setText(locale().toString(QDate(yearShown(), monthShown(), 1), QStringLiteral("yyyy")));
     QString strMonth = QString::number(monthShown());
     for (const auto eFormat : {QLocale::ShortFormat, QLocale::LongFormat}) {
         const QString strName = locale().standaloneMonthName(monthShown(), eFormat);

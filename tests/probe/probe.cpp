@@ -70,19 +70,22 @@ QJsonArray toJson(const QRect& oRect)
     return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
 }
 
-// The texts of the rows that are on screen, with their rectangles.
-QJsonObject describeRows(const QAbstractItemView& oView)
+// The texts of the entries that are on screen, with their rectangles.
+QJsonObject describeEntries(const QAbstractItemView& oView)
 {
-    QJsonObject oRows;
-    const QRect oViewport = oView.viewport()->rect();
-    for (int nRow = 0; oView.model() && nRow < oView.model()->rowCount(oView.rootIndex()); ++nRow) {
-        const QModelIndex oIndex = oView.model()->index(nRow, 0, oView.rootIndex());
-        const QRect oRect = oView.visualRect(oIndex) & oViewport;
-        if (oView.isVisible() && !oRect.isEmpty()) {
-            oRows[oIndex.data().toString()] = toJson(oRect.translated(oView.viewport()->mapToGlobal({})));
+    QJsonObject oEntries;
+    const QAbstractItemModel* pModel = oView.isVisible() ? oView.model() : nullptr;
+    for (int nRow = 0; pModel && nRow < pModel->rowCount(); ++nRow) {
+        for (int nColumn = 0; nColumn < pModel->columnCount(); ++nColumn) {
+            const QModelIndex oIndex = pModel->index(nRow, nColumn);
+            const QRect oRect = oView.visualRect(oIndex) & oView.viewport()->rect();
+            if (!oRect.isEmpty()) {
+                const QPoint oOrigin = oView.viewport()->mapToGlobal(QPoint());
+                oEntries[oIndex.data().toString()] = toJson(oRect.translated(oOrigin));
+            }
         }
     }
-    return oRows;
+    return oEntries;
 }
 
 QJsonObject describe(QWidget* pWidget)
@@ -106,7 +109,7 @@ QJsonObject describe(QWidget* pWidget)
         oJson["items"] = pComboBox->count();
     }
     if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
-        oJson["rows"] = describeRows(*pView);
+        oJson["entries"] = describeEntries(*pView);
     }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;

@@ -1,4 +1,4 @@
-#include "support/panelprocess.h"
+#include "finger.h"
 #include "support/privatebus.h"
 #include "support/simulatorprocess.h"
 
@@ -11,6 +11,10 @@ const QStringList s_oTasks{"1 scroll 20 applications, then tap an address",
                            "3 pick another of 12 interfaces",
                            "4 switch DHCP on and off",
                            "5 open date and time by a tap on either row",
+                           "6 pick a zone by dragging and by typing a part of its name",
+                           "7 set another day, month and year",
+                           "8 set hour, minute and AM/PM, by steps and by holding",
+                           "9 switch automatic update on and off",
                            "10 apply, see that it was taken, close"};
 const QList<QSize> s_oSizes{{240, 320}, {320, 240}, {272, 480},  {480, 272},  {480, 320},
                             {481, 272}, {800, 480}, {600, 1024}, {1024, 600}, {1280, 800}};
@@ -18,143 +22,6 @@ const QList<QSize> s_oSizes{{240, 320}, {320, 240}, {272, 480},  {480, 272},  {4
 const char s_szAddress[] = "10.0.0.101";
 const char s_szNextAddress[] = "10.0.0.100";
 const char s_szLastAddress[] = "10.0.0.110";
-
-/** One finger on the screen of a panel: it taps, drags and flings, and looks where it does. */
-class Finger
-{
-public:
-    Finger(const Display& oDisplay, PanelProcess& oPanel) : m_oDisplay(oDisplay), m_oPanel(oPanel) {}
-
-    // Returns the visible widget with the name or, if there is none, the text.
-    sWidget find(const QString& strWhat)
-    {
-        sWidget oFound;
-        const QList<sWidget> oWidgets = m_oPanel.widgets();
-        for (const sWidget& oWidget : oWidgets) {
-            if (oWidget["visible"].toBool() && (oWidget.name() == strWhat || oWidget.text() == strWhat)) {
-                oFound = oWidget;
-            }
-        }
-        return oFound;
-    }
-
-    bool tap(const QPoint& oPoint) { return m_oDisplay.tap(oPoint); }
-    bool tap(const QString& strWhat) { return tap(reach(strWhat).center()); }
-
-    void drag(const QPoint& oFrom, const QPoint& oBy, bool bRest = true)
-    {
-        QString strWords = QString("mousemove %1 %2 mousedown 1").arg(oFrom.x()).arg(oFrom.y());
-        for (int i = 1; i <= 8; ++i) {
-            const QPoint oPoint = oFrom + oBy * i / 8;
-            strWords += QString(" mousemove %1 %2 sleep 0.012").arg(oPoint.x()).arg(oPoint.y());
-        }
-        m_oDisplay.pointer(strWords + (bRest ? " sleep 0.15 mouseup 1" : " mouseup 1"));
-        QRect oBefore;
-        (void)QTest::qWaitFor([&] { // until all stands still
-            QTest::qWait(40);
-            return std::exchange(oBefore, moving()) == oBefore;
-        });
-    }
-
-    // Drags the area until the middle of the widget can be touched, and returns where it is.
-    QRect reach(const QString& strWhat)
-    {
-        const QString strArea = find("formArea").isEmpty() ? "scrollArea" : "formArea";
-        const QRect oArea = find(strArea).rect();
-        for (int i = 0; i < 60; ++i) {
-            const sWidget oWidget = find(strWhat);
-            if (oWidget["reachable"].toBool()) {
-                return oWidget.rect();
-            }
-            const int nBy = oArea.height() * (oWidget.rect().y() > oArea.y() ? -1 : 1) * 2 / 3;
-            drag(oArea.center() - QPoint(0, nBy / 2), {0, nBy});
-        }
-        return {};
-    }
-
-    // Flings the panel's rows until they end.
-    bool flingToEnd(int nDirection)
-    {
-        const QRect oArea = find("scrollArea").rect();
-        QRect oBefore;
-        for (int i = 0; i < 60 && oBefore != moving(); ++i) {
-            oBefore = moving();
-            drag(oArea.center() - QPoint(0, nDirection * oArea.height() / 3),
-                 {0, nDirection * oArea.height() * 2 / 3}, false);
-        }
-        const QRect oRows = moving();
-        return nDirection < 0 ? oRows.bottom() <= oArea.bottom() : oRows.top() >= oArea.top();
-    }
-
-    // Opens a list by its right end, drags it until the entry is seen, and taps that.
-    bool pick(const QString& strComboBox, const QString& strEntry)
-    {
-        const QString strOld = find(strComboBox).text();
-        const QRect oComboBox = reach(strComboBox);
-        tap(QPoint(oComboBox.right() - 4, oComboBox.center().y()));
-        for (int i = 0; i < 60 && QTest::qWaitFor([&] { return !list().isEmpty(); }, 1000); ++i) {
-            const QRect oList = list().rect();
-            const QJsonObject oRows = list()["rows"].toObject();
-            const QRect oRow = sWidget{oRows}.rect(strEntry);
-            if (oRow.height() >= 36) {
-                tap(oRow.center());
-                return m_oPanel.waitForText(strComboBox, strEntry) == strEntry && list().isEmpty();
-            }
-            drag(oList.center() + QPoint(0, oList.height() / 3), {0, -oList.height() * 2 / 3});
-            if (find(strComboBox).text() != strOld) {
-                return false; // the drag has chosen
-            }
-        }
-        return false;
-    }
-
-    // Closes the dialog by its button, which has to be in sight with all of it.
-    bool close(const QString& strDialog)
-    {
-        const QRect oScreen = m_oPanel.widget("MorvaWidget").rect();
-        bool bFits = m_oPanel.waitForVisible(strDialog) && oScreen.contains(find(strDialog).rect());
-        for (const char* szButton : {"applyButton", "closeButton"}) {
-            const QRect oButton = find(szButton).rect();
-            bFits = bFits && oScreen.contains(oButton) && oButton.height() >= 40;
-        }
-        tap(find("closeButton").rect().center());
-        return m_oPanel.waitForVisible(strDialog, false) && bFits;
-    }
-
-    bool opensInterface(const QPoint& oPoint, const QString& strInterface)
-    {
-        tap(oPoint);
-        const bool bShown = m_oPanel.waitForVisible("NetworkSettingsDialog") &&
-                            m_oPanel.widget("interfaceList_comboBox").text() == strInterface;
-        return close("NetworkSettingsDialog") && bShown;
-    }
-
-private:
-    sWidget list()
-    {
-        const QList<sWidget> oWidgets = m_oPanel.widgets();
-        for (const sWidget& oWidget : oWidgets) {
-            if (!oWidget["rows"].toObject().isEmpty()) {
-                return oWidget;
-            }
-        }
-        return {};
-    }
-
-    // Returns something that moves with whatever is scrolled.
-    QRect moving()
-    {
-        const sWidget oList = list();
-        const QJsonObject oRows = oList["rows"].toObject();
-        const sWidget oFields = find("fields");
-        return !oRows.isEmpty()    ? sWidget{oRows}.rect(oRows.keys().first())
-               : oFields.isEmpty() ? find("scrollAreaWidgetContents").rect()
-                                   : oFields.rect();
-    }
-
-    const Display& m_oDisplay;
-    PanelProcess& m_oPanel;
-};
 
 } // namespace
 
@@ -167,6 +34,7 @@ private slots:
     void initTestCase()
     {
         QCOMPARE(QProcess::execute("ip", {"link", "add", "eth0", "type", "veth", "peer", "name", "eth1"}), 0);
+        QCOMPARE(QProcess::execute(DEVICE_TOOLS, {}), 0);
         QVERIFY(m_oBus.start());
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_oBus.address().toUtf8());
         QVERIFY(m_oService.start(m_oBus));
@@ -219,24 +87,24 @@ private slots:
 
         QVector<bool> oDone;
         oDone += scrollsAndTaps(oPanel, oFinger);
+        oPanel.send("n1\n");
         oDone += opensByAnyRow(oFinger);
         oFinger.tap(QString(s_szAddress));
-        oDone += oPanel.waitForVisible("NetworkSettingsDialog") &&
-                 oFinger.pick("interfaceList_comboBox", "eth10") &&
+        oDone += oFinger.pick("interfaceList_comboBox", "eth10") &&
                  oPanel.waitForText("ipAddress_LineEdit", s_szLastAddress) == s_szLastAddress;
         oDone += oFinger.pick("useDHCP_comboBox", "Yes") && oFinger.pick("useDHCP_comboBox", "No");
-        const int nCalls = m_oService.calls().filter("applyNewConfiguration").size();
-        oFinger.tap(oFinger.find("applyButton").rect().center());
-        const bool bTaken = QTest::qWaitFor(
-            [&] { return m_oService.calls().filter("applyNewConfiguration").size() == nCalls + 1; }, 5000);
-        const bool bClosed = oFinger.close("NetworkSettingsDialog");
-        bool bDate = true;
-        for (const char* szRow : {"systemDateForm_Label", "systemTime_Label"}) {
-            oFinger.tap(QString(szRow));
-            bDate = oFinger.close("DateTimeDialog") && bDate;
-        }
-        oDone += bDate;
-        oDone += bTaken && bClosed;
+        const bool bApplied = applies(oFinger);
+        oFinger.flingToEnd(-1);
+        oFinger.tap(QString("systemDateForm_Label"));
+        const bool bDate = oFinger.close("DateTimeDialog");
+        oFinger.tap(QString("systemTime_Label"));
+        oPanel.waitForText("ntpStatus_Label", "Last sync:64 secs ago");
+        oDone += bDate && !oFinger.find("DateTimeDialog").isEmpty();
+        oDone += findsZone(oDisplay, oPanel, oFinger);
+        oDone += setsDate(oFinger);
+        oDone += setsTime(oDisplay, oFinger);
+        oDone += switchesUpdate(oFinger);
+        oDone += oFinger.close("DateTimeDialog") && bApplied;
         m_oTable[QTest::currentDataTag()] = oDone;
         for (int i = 0; i < oDone.size(); ++i) {
             QVERIFY2(oDone[i], qPrintable(s_oTasks[i]));
@@ -281,6 +149,79 @@ private:
         const QRect oSecond = oFinger.reach(s_szNextAddress);
         const QPoint oAbove(oSecond.center().x(), oSecond.top() - nGap / 2 + 2);
         return oFinger.opensInterface(oAbove, "eth0") && bOpens;
+    }
+
+    bool applies(Finger& oFinger)
+    {
+        const int nBefore = m_oService.calls().filter("applyNewConfiguration").size();
+        oFinger.tap(oFinger.find("applyButton").rect().center());
+        const auto fnTaken = [&] {
+            return m_oService.calls().filter("applyNewConfiguration").size() == nBefore + 1;
+        };
+        const bool bTaken = QTest::qWaitFor(fnTaken, Finger::s_nPatience);
+        return oFinger.close("NetworkSettingsDialog") && bTaken;
+    }
+
+    static bool findsZone(const Display& oDisplay, PanelProcess& oPanel, Finger& oFinger)
+    {
+        const bool bDragged = oFinger.pick("timezone_ComboBox", "Europe/Tallinn");
+        oFinger.tap(QString("timezone_ComboBox"));
+        oDisplay.pointer("key ctrl+a type toky");
+        return oFinger.choose("Asia/Tokyo") && bDragged &&
+               oPanel.waitForText("timezone_ComboBox", "Asia/Tokyo") == "Asia/Tokyo";
+    }
+
+    static bool setsDate(Finger& oFinger)
+    {
+        const QDate oToday = QDate::currentDate();
+        bool bOpen = oFinger.open("currentDate_DateEdit");
+        for (const char* szButton : {"previousYear", "nextMonth"}) {
+            bOpen = oFinger.tap(oFinger.find(szButton).rect().center()) && bOpen;
+        }
+        const QString strDate = oToday.addYears(-1).addMonths(1).toString("15/MM/yyyy");
+        return bOpen && oFinger.choose("15") && oFinger.text("currentDate_DateEdit").startsWith(strDate);
+    }
+
+    // Taps each part of the time, whose place follows from the width of digits, and steps it.
+    static bool setsTime(const Display& oDisplay, Finger& oFinger)
+    {
+        const double nEm = oFinger.find("MorvaWidget").rect().width() > 480 ? 20 : 16;
+        const QMap<QString, double> oParts{{"Hour", 5.84}, {"Minute", 7.23}, {"AM/PM", 8.9}};
+        bool bSteps = true;
+        for (auto it = oParts.begin(); it != oParts.end(); ++it) {
+            const QRect oNow = oFinger.reach("currentDate_DateEdit");
+            const QString strBefore = oFinger.text("currentDate_DateEdit");
+            oFinger.tap(QPoint(oNow.left() + 8 + qRound(*it * nEm), oNow.center().y()));
+            bSteps = QTest::qWaitFor([&] { return oFinger.text("stepPart") == it.key(); }, 2000) && bSteps;
+            oFinger.tap(QString("stepUp"));
+            bSteps =
+                QTest::qWaitFor([&] { return oFinger.text("currentDate_DateEdit") != strBefore; }, 2000) &&
+                bSteps;
+        }
+        const QRect oNow = oFinger.reach("currentDate_DateEdit");
+        oFinger.tap(QPoint(oNow.left() + 8 + qRound(7.23 * nEm), oNow.center().y()));
+        const QPoint oStep = oFinger.reach("stepUp").center();
+        const int nBefore = oFinger.text("currentDate_DateEdit").midRef(14, 2).toInt();
+        oDisplay.pointer(
+            QString("mousemove %1 %2 mousedown 1 sleep 1.5 mouseup 1").arg(oStep.x()).arg(oStep.y()));
+        const int nAfter = oFinger.text("currentDate_DateEdit").midRef(14, 2).toInt();
+        return (nAfter + 60 - nBefore) % 60 > 3 && bSteps;
+    }
+
+    static bool switchesUpdate(Finger& oFinger)
+    {
+        bool bSwitches = true;
+        for (int i = 0; i < 2; ++i) {
+            const QRect oBox = oFinger.reach("autoUpdate_CheckBox");
+            const bool bBefore = oFinger.find("autoUpdate_CheckBox")["checked"].toBool();
+            oFinger.tap(QPoint(oBox.right() - 3, oBox.center().y()));
+            bSwitches =
+                QTest::qWaitFor(
+                    [&] { return oFinger.find("autoUpdate_CheckBox")["checked"].toBool() != bBefore; },
+                    2000) &&
+                bSwitches;
+        }
+        return bSwitches;
     }
 
     PrivateBus m_oBus;
