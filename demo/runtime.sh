@@ -149,7 +149,7 @@ fnStage datetime-dialog 'A tap on the clock opens its settings, with what the de
 fnFinger tap timezone_ComboBox
 fnFinger key alt+Down
 fnStage datetime-zones 'It has all time zones'
-fnFinger key Escape
+fnFinger key Return
 fnFinger type timezone_ComboBox Asia/Tokyo
 fnFinger tap applyButton
 fnAwait grep -q Asia/Tokyo /etc/timezone
