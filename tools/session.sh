@@ -19,14 +19,14 @@ fnStart() { # COMMAND...: beside this script, and no longer than it
     setpriv --pdeathsig KILL "$@" >/tmp/session.log 2>&1 &
 }
 
-fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x; }
+fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 0x; }
 
 fnManager() { # COMMAND...
     fnStart "$@"
     fnAwait fnManages
 }
 
-fnWindow() { xwininfo -root -children | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
+fnWindow() { xwininfo -root -children 2>/dev/null | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
 
 fnShowsWindow() { [[ -n $(fnWindow) ]]; }
 
