@@ -9,104 +9,9 @@ medians. To be run in the sandbox by run.sh:
 --emulator  runs both programs in it
 """
 import argparse
-import os
-import re
-import socket
 import statistics
-import subprocess
-import time
-from pathlib import Path
 
-CALLGRIND = ["valgrind", "--tool=callgrind", "--callgrind-out-file=/tmp/callgrind.%p", "--compress-strings=no"]
-PATIENCE = 100  # seconds
-
-
-class Program:
-    """The panel or its peer with the stopwatch loaded. Each measurement is kept in results under its title."""
-
-    def __init__(self, path, options):
-        self.count = options.count
-        self.results = {}
-        self.answers = 0
-        self.socket, theirs = socket.socketpair()
-        self.socket.settimeout(PATIENCE)
-        environment = dict(os.environ, QT_PLUGIN_PATH=f"{options.build}/benchmarks/touch/plugins",
-                           QT_QPA_GENERIC_PLUGINS=f"stopwatch:{theirs.fileno()}")
-        begin = time.monotonic_ns()
-        self.process = subprocess.Popen(
-            [*(CALLGRIND if self.count else []), *filter(None, [options.emulator]), f"{options.build}/{path}"],
-            env=environment, pass_fds=[theirs.fileno()], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL)
-        theirs.close()
-        self.keep("exec to first paint", self.answer()[1] - begin)
-        self.settle()
-
-    def answer(self):
-        self.answers += 1
-        return [int(number) for number in self.socket.recv(100).split()]
-
-    def order(self, text):
-        self.socket.sendall(text.encode())
-        return self.answer()
-
-    def keep(self, title, nanoseconds):
-        """Adds (milliseconds,) or (million instructions, allocations) of the last answer to the results."""
-        figures = [nanoseconds / 1e6]
-        if self.count:
-            dump = Path(f"/tmp/callgrind.{self.process.pid}.{self.answers}").read_text()
-            calls = re.findall(r"^cfn=(?:malloc|calloc|realloc|posix_memalign|aligned_alloc)\ncalls=(\d+)", dump, re.M)
-            figures = [int(re.search(r"^totals: (\d+)", dump, re.M)[1]) / 1e6, sum(map(int, calls))]
-        self.results.setdefault(title, []).append(figures)
-
-    def measure(self, title, order):
-        begin, end = self.order(order)
-        self.keep(title, end - begin)
-        self.settle()
-
-    def write(self, lines):
-        self.process.stdin.write("".join(f"{line}\n" for line in lines).encode())
-        self.process.stdin.flush()
-
-    def measure_lines(self, title, lines, target):
-        """Measures from the first byte written to the target painted."""
-        self.socket.sendall(f"await - {target}".encode())
-        self.settle()
-        begin = time.monotonic_ns()
-        self.write(lines)
-        self.keep(title, self.answer()[1] - begin)
-        self.settle()
-
-    def find(self, name):
-        while self.order(f"find {name} -")[1] == 0:
-            time.sleep(0.1)
-        self.settle()
-
-    def measure_drag(self, title):
-        self.find("deviceTypeForm_Label")
-        self.order("press deviceTypeForm_Label -")
-        self.order("move -60 -")
-        self.settle()
-        for _ in range(10):
-            self.measure(title, "move -9 scrollAreaWidgetContents")
-        self.order("lift - -")
-        self.settle()
-
-    def settle(self):
-        """Waits until the program is at rest."""
-        before = None
-        while before is None or self.processor_time() - before > 2:
-            before = self.processor_time()
-            time.sleep(0.25)
-
-    def processor_time(self):
-        """Returns hundredths of a second."""
-        return sum(map(int, Path(f"/proc/{self.process.pid}/stat").read_text().rpartition(")")[2].split()[11:13]))
-
-    def end(self):
-        self.process.kill()
-        self.process.wait()
-        self.socket.close()
-        return self.results
+from stopwatch import Program
 
 
 def use_fingers(program):
@@ -140,14 +45,15 @@ def main():
     options = parser.parse_args()
     programs = ["src/tarnixUI", "benchmarks/touch/bare-panel"]
     results = [{}, {}]
-    print(f"{'median of ' + str(options.runs):36}{'panel':>10}{'bare':>10}{'ratio':>8}", flush=True)
+    print(f"{'':52}{'panel':>10}{'bare':>10}{'ratio':>8}", flush=True)
 
     def run(session, *arguments):
         for _ in range(1 if options.count else options.runs):
             for path, kept in zip(programs, results):
-                program = Program(path, options)
+                program = Program(path, options.build, options.count, options.emulator)
                 session(program, *arguments)
-                for title, figures in program.end().items():
+                program.end()
+                for title, figures in program.results.items():
                     kept.setdefault(title, []).extend(figures)
 
     run(use_fingers)
