@@ -14,6 +14,15 @@ fnUsage() {
     exit 2
 }
 
+fnWindow() { # opens the device's screen as a window of the user's display; fails if that cannot be
+    Xephyr -screen "$screen" -title tarnixUI -displayfd 3 3>"$work/display" 2>"$work/xephyr.log" &
+    window=$!
+    until [[ -s $work/display ]]; do
+        kill -0 "$window" 2>/dev/null || return 1
+        sleep 0.1
+    done
+}
+
 screen=800x480
 pictures=
 keyboard=()
@@ -32,38 +41,30 @@ done
 [[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || fnUsage
 
 cd "$(dirname "$0")"
+tools/sandbox.sh --check
 packaging/install-build-packages.sh "${keyboard[@]}"
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target tarnixUI ovik-simulator probe
 
 work=$(mktemp -d)
-server=
-trap '[[ -z $server ]] || kill "$server" 2>/dev/null; rm -rf "$work"' EXIT
+window=
+trap '[[ -z $window ]] || kill "$window" 2>/dev/null; rm -rf "$work"' EXIT
+mkdir "$work/pictures"
 
-fnServer() { # COMMAND...: starts an X server; fails if it does not come up
-    "$@" -displayfd 3 3>"$work/display" 2>"$work/server.log" &
-    server=$!
-    until [[ -s $work/display ]]; do
-        kill -0 "$server" 2>/dev/null || return 1
-        sleep 0.1
-    done
-}
-
-fnVirtual() { fnServer Xvfb -screen 0 "${screen}x24" -nolisten tcp || { cat "$work/server.log" >&2; exit 1; }; }
-
-if [[ -n $pictures || -z ${DISPLAY:-} ]]; then
-    fnVirtual
-else
-    fnServer Xephyr -screen "$screen" -title tarnixUI || fnVirtual
+keep=(--keep "$work/pictures")
+display=(--screen "$screen")
+if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
+    keep+=(--keep /tmp/.X11-unix)
+    display=()
+    DISPLAY=:$(<"$work/display")
 fi
-
+environment=(QT_QPA_PLATFORM=xcb)
+[[ -z ${keyboard[*]} ]] || environment+=(QT_IM_MODULE=qtvirtualkeyboard QT_QUICK_BACKEND=software)
 options=()
 [[ -z $pictures ]] || options=(--pictures "$work/pictures")
-mkdir "$work/pictures"
-[[ -z ${keyboard[*]} ]] || export QT_IM_MODULE=qtvirtualkeyboard QT_QUICK_BACKEND=software
-unset QT_SCALE_FACTOR QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_STYLE_OVERRIDE
-DISPLAY=:$(<"$work/display") QT_QPA_PLATFORM=xcb tools/sandbox.sh --keep /tmp/.X11-unix --keep "$work/pictures" -- \
-    demo/runtime.sh "${options[@]}" build/dev
+
+tools/sandbox.sh "${keep[@]}" -- tools/device.sh --service build/dev "${display[@]}" -- \
+    env "${environment[@]}" demo/runtime.sh "${options[@]}" build/dev
 if [[ -n $pictures ]]; then
     mkdir -p "$pictures"
     cp "$work"/pictures/*.png "$pictures"

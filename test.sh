@@ -16,6 +16,7 @@ case ${1:-} in
     exit 2
     ;;
 esac
+tools/sandbox.sh --check
 packaging/install-build-packages.sh "$@"
 
 # Whoever builds with another compiler than ours shall not be stopped by its new warnings.

@@ -1,7 +1,6 @@
 #!/bin/bash
-# A simulated device around the panel: a bus with the simulated platform service, two network interfaces, the platform's
-# tools, the PLC runtime, which starts the panel, and an operator, who touches it. They play a tour of all that the panel
-# can do; then the user's lines are passed on. To be run in the sandbox, with DISPLAY set.
+# The PLC runtime, which starts the panel, and an operator, who touches it. They play a tour of all that the panel can
+# do; then the user's lines are passed on. To be run by device.sh with the simulated platform service.
 #
 #   runtime.sh [--pictures DIR] BUILD_DIR
 #
@@ -64,25 +63,11 @@ fnPrompt() {
 
 fnFinger() { tools/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }
 
-fnDevice() {
-    ip link add eth0 type veth peer name eth1
-    printf '#!/bin/bash\ntouch /tmp/configuration-started\n' >/usr/bin/kadconfig-app
-    chmod +x /usr/bin/kadconfig-app
-    tools/device/install.sh
-
-    export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
-    dbus-daemon --session --nofork --address="$DBUS_SYSTEM_BUS_ADDRESS" 2>/tmp/bus.log &
-    fnAwait test -S /tmp/system-bus
-    "$build/simulator/ovik-simulator" --system --lease-delay 5000 >"$calls" &
-    fnAwait grep -q ready "$calls"
-}
-
 fnService() { # MEMBER ARGUMENT...: another client of the platform service
     gdbus call --address "$DBUS_SYSTEM_BUS_ADDRESS" --dest com.quen.OVIK --object-path /NetworkManager \
         --method "com.quen.OVIK.NetworkManager.$1" "${@:2}" >/dev/null
 }
 
-fnDevice
 # Without a compositing manager the window of the keyboard would hide all behind it.
 [[ -z ${QT_IM_MODULE:-} ]] || xcompmgr 2>/dev/null &
 export QT_PLUGIN_PATH=$build/tests/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
@@ -151,7 +136,7 @@ fnStage status 'Their status changes'
 fnFinger tap systemTimeForm_Label
 fnFinger await ntpStatus_Label 'Last sync:64 secs ago'
 fnFinger await timezone_ComboBox Europe/Rome
-fnStage datetime-dialog 'A tap on the clock opens its settings, which the device tells'
+fnStage datetime-dialog 'A tap on the clock opens its settings, with what the device has set'
 fnFinger tap timezone_ComboBox
 fnFinger key alt+Down
 fnStage datetime-zones 'It has all time zones'
@@ -171,7 +156,7 @@ fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/ti
 grep ServiceManager "$calls"
 
 fnFinger tap toolButton
-fnAwait test -e /tmp/configuration-started
+fnAwait test -e /tmp/kadconfig-app.log
 fnSay 'The settings button has started the configuration application'
 
 fnSend n20 'a018A very long application name, longer than the screen of the panel is wide'

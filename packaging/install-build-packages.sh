@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs what building, testing and showing the panel needs on Debian 12; does nothing if all of it is there.
+# Installs what building, testing and showing the panel needs on Debian 12 and 13; does nothing if all of it is there.
 #
 #   install-build-packages.sh [--keyboard | --aarch64]
 #
@@ -7,17 +7,18 @@
 # --aarch64   also what building for AArch64 and running it here needs; lets the machine have packages of arm64
 set -euo pipefail
 
+# No name carries a version: the same list serves every release.
 packages=(
-    build-essential clang cmake file libclang-rt-14-dev llvm ninja-build
+    build-essential clang cmake file libclang-rt-dev llvm ninja-build
     qtbase5-dev qtbase5-dev-tools dbus-daemon libglib2.0-bin
     fonts-liberation fonts-dejavu-core imagemagick openbox
-    iproute2 libfaketime python3 strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
+    iproute2 libfaketime mount python3 strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
 )
 [[ ${1:-} != --keyboard ]] || packages+=(
     qtvirtualkeyboard-plugin qml-module-qtquick2 qml-module-qtquick-layouts qml-module-qtquick-window2
     qml-module-qt-labs-folderlistmodel xcompmgr
 )
-[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user-static qtbase5-dev:arm64)
+[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64)
 
 missing=()
 for package in "${packages[@]}"; do
@@ -26,7 +27,10 @@ done
 ((${#missing[@]})) || exit 0
 
 root=()
-[[ $(id -u) == 0 ]] || root=(sudo)
+if [[ $(id -u) != 0 ]]; then
+    command -v sudo >/dev/null || { echo "${0##*/}: have root install ${missing[*]}" >&2 && exit 1; }
+    root=(sudo)
+fi
 [[ ${1:-} != --aarch64 ]] || "${root[@]}" dpkg --add-architecture arm64
 "${root[@]}" apt-get update -qq
 "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -28,8 +28,9 @@ package=$(echo ./*.deb)
 architecture=$(dpkg --print-architecture)
 ((${#emulator[@]} == 0)) || architecture=arm64
 fnExpect 'The architecture' "$(dpkg-deb -f "$package" Architecture)" "$architecture"
-depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' | sed -n '/^libqt5[a-z]*5a\?$/p' | sort | paste -sd ' ')
-fnExpect 'What it needs of Qt' "$depends" 'libqt5core5a libqt5dbus5 libqt5gui5 libqt5network5 libqt5widgets5'
+# Debian 13 ends some names with t64.
+depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' | sed -n 's/^\(libqt5[a-z]*5\)\(a\|t64\)\?$/\1/p' | sort | paste -sd ' ')
+fnExpect 'What it needs of Qt' "$depends" 'libqt5core5 libqt5dbus5 libqt5gui5 libqt5network5 libqt5widgets5'
 
 fnFiles >before
 fnDpkg --install "$package"

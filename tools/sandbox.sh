@@ -1,76 +1,116 @@
 #!/bin/bash
-# Runs a command in mount, network and process namespaces of its own: what it writes to /etc, /usr and /tmp is gone
-# afterwards, it sees no bus and no network of the host, it cannot set the clock, and what it starts ends with it.
-# Needs root or user namespaces.
+# Runs a command in mount, network and process namespaces of its own. What it writes to /etc, /usr and /tmp is gone
+# afterwards, it reaches no bus, no network and no settings of the user, it cannot set the clock, and what it starts
+# ends with it. Needs root, or a machine that lets its users make namespaces.
 #
 #   sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]...
+#   sandbox.sh --check
 #
-# --keep DIR  what the command writes below DIR is kept, and sockets in it can be reached, wherever DIR is; the
-#             project's own folder is always kept
+# --keep DIR  keeps what the command writes below DIR, and lets it use sockets there; the project's own folder is always
+#             kept
+# --check     runs nothing; fails with one line if there can be no sandbox
 set -euo pipefail
 
-fnEnter() {
-    local options=(--mount --net --pid --fork --kill-child --mount-proc)
-    [[ $(id -u) == 0 ]] || options+=(--user --map-root-user)
-    exec setpriv --pdeathsig KILL unshare "${options[@]}" "$0" --inside "$@"
+fnFail() {
+    echo "sandbox.sh: $*" >&2
+    exit 2
 }
 
 fnKeep() { # DIR
     local dir system
     dir=$(realpath "$1")
-    for system in /etc /tmp /usr; do
-        if [[ $system/ == "${dir%/}"/* ]]; then
-            echo "sandbox.sh: keeping $dir would open $system to the command" >&2
-            exit 2
-        fi
+    for system in /dev/shm /etc /tmp /usr; do
+        [[ $system/ != "${dir%/}"/* ]] || fnFail "$dir cannot be kept: that would open $system to the command"
     done
+    [[ $dir/ != /tmp/tarnixUI/* ]] || fnFail "move $dir: /tmp/tarnixUI is the name of the panel's pipe"
+    [[ $dir != /dev/shm/* ]] || fnFail "move $dir: the sandbox has a /dev/shm of its own"
     kept+=("$dir")
+}
+
+fnRefuse() {
+    local remedy='be root' name value refusing
+    [[ $(id -u) != 0 ]] || remedy='start the container with --privileged'
+    while read -r name refusing value; do
+        [[ $(cat "/proc/sys/${name//.//}" 2>/dev/null) != "$refusing" ]] || remedy+=", or as root: sysctl -w $name=$value"
+    done <<<'user.max_user_namespaces 0 10000
+kernel.unprivileged_userns_clone 0 1
+kernel.apparmor_restrict_unprivileged_userns 1 0'
+    fnFail "this system refuses the namespaces without which nothing is run here; $remedy"
+}
+
+fnChoose() { # sets namespaces to the options of unshare that work here
+    local mapping
+    for mapping in '' --map-root-user; do
+        namespaces=(${mapping:+"$mapping"} --mount --net --pid --fork --kill-child --mount-proc)
+        ! unshare "${namespaces[@]}" mount -t overlay -o lowerdir=/etc:/usr overlay /tmp 2>/dev/null || return 0
+    done
+    fnRefuse
 }
 
 fnOverlay() { # DIR
     local dir=$1 work=/dev/shm/overlay$1
     mkdir -p "$work/upper" "$work/work"
     chmod --reference="$dir" "$work/upper"
-    # In a user namespace the files of the host's root could not be written: copies of ours can.
-    [[ $dir != /etc || -O /etc/passwd ]] || cp -r --preserve=mode,links /etc/. "$work/upper" 2>/dev/null || true
+    if [[ ! -O $dir ]]; then
+        # A user namespace may write to nothing of the machine's root, but to what is ours already.
+        case $dir in
+        /etc) cp -r --preserve=mode,links /etc/. "$work/upper" 2>/dev/null || true ;;
+        /usr) mkdir -p "$work/upper/share"/{doc,man/man1,zoneinfo} ;;
+        esac
+    fi
     mount -t overlay overlay -o "lowerdir=$dir,upperdir=$work/upper,workdir=$work/work" "$dir"
 }
 
-[[ ${1:-} == --inside ]] || fnEnter "$@"
-shift
+fnMounts() {
+    local i dir directory=$PWD
+    mount -t tmpfs tmpfs /dev/shm
+    for i in "${!kept[@]}"; do
+        mkdir -p "/dev/shm/keep/$i"
+        mount --rbind "${kept[$i]}" "/dev/shm/keep/$i"
+    done
+    fnOverlay /etc
+    fnOverlay /usr
+    fnOverlay /usr/bin
+    mount -t tmpfs -o mode=1777 tmpfs /tmp
+    for i in "${!kept[@]}"; do
+        mkdir -p "${kept[$i]}"
+        mount --rbind "/dev/shm/keep/$i" "${kept[$i]}"
+    done
+    # No bus of the machine; and X servers keep their keymaps by display number, which every sandbox counts from 0.
+    for dir in /run/dbus /var/lib/xkb; do
+        [[ ! -d $dir ]] || mount -t tmpfs tmpfs "$dir"
+    done
+    cd "$directory"
+}
 
-kept=("$(realpath "$(dirname "$0")/..")")
-while [[ ${1:-} == --keep ]]; do
+fnEnvironment() {
+    umask 022
+    unset LANGUAGE TMPDIR TZ XDG_CACHE_HOME XDG_CONFIG_HOME XDG_CURRENT_DESKTOP XDG_DATA_HOME \
+        QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI QT_IM_MODULE QT_QPA_PLATFORMTHEME QT_SCALE_FACTOR QT_STYLE_OVERRIDE
+    export HOME=/dev/shm/home XDG_RUNTIME_DIR=/dev/shm/runtime
+    mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
+    export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
+    export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nonexistent/system DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/session
+}
+
+inside=
+[[ ${1:-} != --inside ]] || { inside=yes && shift; }
+arguments=("$@")
+kept=()
+fnKeep "$(dirname "$0")/.."
+while [[ ${1:-} == --keep && -n ${2:-} ]]; do
     fnKeep "$2"
     shift 2
 done
-[[ ${1:-} == -- ]] || { echo "usage: sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]..." >&2; exit 2; }
+[[ ${1:-} == --check || (${1:-} == -- && -n ${2:-}) ]] || { sed -n '6,7s/^# *//p' "$0" >&2 && exit 2; }
+if [[ -z $inside ]]; then
+    fnChoose
+    [[ $1 != --check ]] || exit 0
+    exec setpriv --pdeathsig KILL unshare "${namespaces[@]}" "$0" --inside "${arguments[@]}"
+fi
 shift
-
-directory=$PWD
-mount -t tmpfs tmpfs /dev/shm
-for i in "${!kept[@]}"; do
-    mkdir -p "/dev/shm/keep/$i"
-    mount --bind "${kept[$i]}" "/dev/shm/keep/$i"
-done
-fnOverlay /etc
-fnOverlay /usr
-fnOverlay /usr/bin
-mount -t tmpfs -o mode=1777 tmpfs /tmp
-for i in "${!kept[@]}"; do
-    mkdir -p "${kept[$i]}"
-    mount --bind "/dev/shm/keep/$i" "${kept[$i]}"
-done
-# No bus of the host; and X servers keep their keymaps by display number, which every sandbox counts from 0.
-for dir in /run/dbus /var/lib/xkb; do
-    [[ ! -d $dir ]] || mount -t tmpfs tmpfs "$dir"
-done
+fnMounts
+fnEnvironment
 ip link set lo up
-cd "$directory"
-
-export XDG_RUNTIME_DIR=/dev/shm/runtime
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-export DBUS_SYSTEM_BUS_ADDRESS=${SANDBOX_SYSTEM_BUS:-unix:path=/nonexistent/system}
-export DBUS_SESSION_BUS_ADDRESS=${SANDBOX_SESSION_BUS:-unix:path=/nonexistent/session}
 # Not in place of this process: the first one in a namespace cannot die by abort().
 setpriv --bounding-set=-sys_time,-sys_boot,-sys_module -- "$@"

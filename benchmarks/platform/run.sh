@@ -5,7 +5,5 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 cmake --preset benchmark >/dev/null
 cmake --build --preset benchmark --target platform-benchmark
-# shellcheck disable=SC2016 # expanded inside
-tools/sandbox.sh -- bash -c '
-    for ((i = 0; i < 32; i += 2)); do ip link add "eth$i" type veth peer name "eth$((i + 1))"; done
-    QT_QPA_PLATFORM=offscreen build/benchmark/benchmarks/platform/platform-benchmark'
+tools/sandbox.sh -- tools/device.sh --interfaces 32 -- \
+    env QT_QPA_PLATFORM=offscreen build/benchmark/benchmarks/platform/platform-benchmark

@@ -1,12 +1,12 @@
 #!/bin/bash
-# Puts the tools and files of a device into place, for the date and time dialog. Only in the sandbox.
+# Puts the platform's tools and files into place. Only in the sandbox.
 set -euo pipefail
 
 if ! mountpoint -q /usr/bin || ! mountpoint -q /etc; then
     echo 'install.sh: this is no sandbox' >&2
     exit 1
 fi
-install -m 755 "$(dirname "$0")"/{kadconfig-gen-timezones.sh,kadconfig-gen-ntp-conf.sh,ntpq} /usr/bin
+install -m 755 "$(dirname "$0")"/{kadconfig-app,kadconfig-gen-timezones.sh,kadconfig-gen-ntp-conf.sh,ntpq} /usr/bin
 if [[ ! -d /usr/share/zoneinfo/posix ]]; then
     mkdir /usr/share/zoneinfo/posix
     cp -rs /usr/share/zoneinfo/[A-Z]* /usr/share/zoneinfo/posix

@@ -1,0 +1,76 @@
+"""The runtime's commands at random, and what the panel has to show after them."""
+
+ROWS = 60  # more applications than this are never shown
+FIELDS = {"d": "deviceTypeForm_Label", "v": "targetVersionForm_Label", "a000": "appnameForm_Label",
+          "s000": "plcStatusForm_Label"}
+FLAVOURS = ["", "Running", "Förderband Süd", "<b>bold</b>&amp;", "  blanks\tand a tab ", "日本語 ✋", "\\n%1 %2 $(id)"]
+JUNK = [b"", b"Quit", b"quit ", b"w2", b"w", b"A001x", b" d#", b"\xff\xfe\xc3", b"n\xff", b"n-1", b"n0", b"n99999999999",
+        b"z\0d#", b"x" * 300000, b"i4711", b"i", b"nine"]
+DIRT = [b"\xff\xfe#\xc3(", b"\xf0\x9f", b"#cut\0off", b"#" + b"long " * 4000, b"\xed\xa0\x80#", b""]
+
+
+class Commands:
+    """Makes commands; every text has a number of its own, so that a lost one shows."""
+
+    def __init__(self, dice):
+        self.dice = dice
+        self.count = self.made = self.shown = self.lines = 0
+        self.fields = dict.fromkeys(FIELDS)  # None: nobody knows what it shows
+        self.rows = {}
+        self.missing = []  # indices of rows that are not there, which the panel logs
+
+    def text(self, flavour=None):
+        self.count += 1
+        return f"#{self.count:07} {self.dice.choice(FLAVOURS) if flavour is None else flavour}"
+
+    def field(self, prefix):
+        self.fields[prefix] = self.text()
+        return (prefix + self.fields[prefix]).encode()
+
+    def row(self, letter, index, flavour=None):
+        text = self.text(flavour)
+        if index < self.made:
+            self.rows[letter, index] = text
+        else:
+            self.missing.append(index)
+        return f"{letter}{index:03}{text}".encode()
+
+    def number(self, count):
+        self.shown = count - 1  # the first extra row cannot be filled: its key is 0
+        self.made = max(self.made, self.shown)
+        return b"n%d" % count
+
+    def line(self):
+        """Returns a command."""
+        self.lines += 1
+        kind = self.dice.choices("dvasnwjl", (2, 2, 5, 5, 2, 0.3, 2, 0.5))[0]
+        if kind in "dv":
+            return self.field(kind)
+        if kind in "as":
+            index = self.dice.randrange(2 * ROWS)
+            return self.row(kind, index) if index else self.field(kind + "000")
+        if kind == "n":
+            return self.number(self.dice.randint(1, ROWS))
+        if kind == "l":
+            prefix = self.dice.choice(list(FIELDS))
+            self.fields[prefix] = None
+            return prefix.encode() + self.dice.choice(DIRT)
+        return self.dice.choice((b"w0", b"w1", b"w1 and more") if kind == "w" else JUNK)
+
+    def burst(self, size):
+        """Returns that many commands, then one for each field that shows something unknown, and the wink's end."""
+        lines = [self.line() for _ in range(size)]
+        return lines + [self.field(prefix) for prefix, text in self.fields.items() if text is None] + [b"w0"]
+
+    def fill(self):
+        """Returns commands that make and fill every row with texts of one length."""
+        return [self.number(ROWS + 1)] + [self.row(letter, index, "") for letter in "as" for index in range(1, ROWS)]
+
+    def empty(self):
+        """Returns commands that leave no rows, and new texts in the fields."""
+        return [self.number(1)] + [self.field(prefix) for prefix in FIELDS]
+
+    def expected(self):
+        """Returns the texts of the fields and of the rows that are on show."""
+        rows = [text for (_, index), text in self.rows.items() if index < self.shown]
+        return {FIELDS[prefix]: text for prefix, text in self.fields.items()}, sorted(rows)

@@ -1,0 +1,120 @@
+"""The panel under test: started with the probe, fed with commands, looked at, and weighed."""
+import glob
+import json
+import os
+import re
+import subprocess
+import sys
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+TOOLS = os.path.realpath(HERE + "/../../tools")
+sys.path.insert(0, TOOLS)
+from finger import Finger  # noqa: E402
+
+LOG = "/tmp/soak.log"
+UNWANTED = re.compile(rb"^Q[A-Z]\w*[:(,].*|.*(?:Sanitizer|runtime error|terminate called|ASSERT).*", re.MULTILINE)
+
+
+class Fault(Exception):
+    """What the panel did wrong."""
+
+
+def fail(what):
+    raise Fault(what)
+
+
+class Watcher(Finger):
+    """Measures how long the panel takes to answer."""
+    PATIENCE = 20
+    PACE = 3.0
+    longest = 0.0
+
+    def widgets(self):
+        begin = time.monotonic()
+        widgets = super().widgets()
+        self.longest = max(self.longest, time.monotonic() - begin)
+        return widgets
+
+
+class Panel:
+    """A running panel and the finger on it."""
+
+    def __init__(self, program, valgrind):
+        with open(program, "rb") as file:
+            # A memory checker works neither with another time nor with weighing.
+            self.checker = valgrind or b"__asan_init" in file.read()
+        environment = {"QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
+                       "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins",
+                       "LSAN_OPTIONS": f"suppressions='{HERE}/../lsan.supp':print_suppressions=0"}
+        command = [program]
+        if valgrind:
+            Watcher.PATIENCE, Watcher.PACE = 60, 0.3
+            environment["QT_ENABLE_REGEXP_JIT"] = "0"
+            command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
+                       "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", program]
+        elif not self.checker:
+            library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1") or fail("there is no libfaketime")
+            environment.update(LD_PRELOAD=library[0], FAKETIME="+0 x10")
+        os.mkfifo("/tmp/tarnixUI")
+        with open(LOG, "wb") as log:
+            self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
+                                            env={**os.environ, **environment}, bufsize=0)
+        with open("/tmp/tarnixUI", encoding="ascii") as pipe:
+            pipe.read()  # what it writes after its first paint
+        self.finger = Watcher("/tmp/probe")
+
+    def send(self, *lines):
+        self.process.stdin.write(b"".join(line + b"\n" for line in lines))
+
+    def becomes(self, condition):
+        """Waits until the condition holds, and returns whether it does."""
+        deadline = time.monotonic() + Watcher.PATIENCE
+        while not condition() and time.monotonic() < deadline:
+            time.sleep(0.05)
+        return condition()
+
+    def visible(self, *names):
+        return any(widget["name"] in names for widget in self.finger.widgets())
+
+    def shown(self, names):
+        """Returns the texts of the named labels, and those of the rows."""
+        labels = [widget for widget in self.finger.widgets() if widget["class"] == "QLabel"]
+        fields = {label["name"]: label["text"] for label in labels if label["name"] in names}
+        return fields, sorted(label["text"] for label in labels if not label["name"] and label["text"][:1] == "#")
+
+    def settle(self, expected):
+        """Waits until the panel shows what is expected."""
+        if not self.becomes(lambda: self.shown(expected[0]) == expected):
+            fail(f"commands lost: {self.shown(expected[0])} in place of {expected}")
+
+    def check_log(self, missing):
+        """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""
+        with open(LOG, "rb") as file:
+            log = file.read()
+        if unwanted := UNWANTED.search(log):
+            fail(f"it logs: {unwanted[0]}")
+        logged = [int(index) for index in re.findall(rb"not found idx: (\d+)", log)]
+        if logged != missing:
+            fail(f"commands lost: it logs {len(logged)} missing rows in place of {len(missing)}")
+
+    def weigh(self):
+        """Returns what the panel holds."""
+        self.finger.socket.sendall(b"count\n")
+        counts = json.loads(self.finger.replies.readline())
+        process = f"/proc/{self.process.pid}"
+        with open(process + "/statm", encoding="ascii") as statm:
+            pages = int(statm.read().split()[1])
+        children = [open(path, encoding="ascii").read() for path in glob.glob(process + "/task/*/children")]
+        return {"QObjects": counts["objects"], "timers": counts["timers"], "widgets": counts["widgets"],
+                "windows": counts["topLevels"], "descriptors": len(os.listdir(process + "/fd")),
+                "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
+                "heap KiB": counts["heap"] // 1024, "resident KiB": pages * os.sysconf("SC_PAGESIZE") // 1024}
+
+    def leave(self):
+        """Ends the panel by command; fails unless it has said all that it has to say, and ends well."""
+        self.finger.socket.close()
+        self.send(b"quit")
+        status, said = self.process.wait(), self.process.stdout.read()
+        if (status, said) != (0, b"First message\n> Good bye!\n"):
+            fail(f"it ends with status {status}, it has said {said}:\n{open(LOG, encoding='utf-8').read()[-4000:]}")
