@@ -7,7 +7,7 @@
 int main(int argc, char* argv[])
 {
     Console::guardStandardStreams();
-    // Nothing here draws with OpenGL, and loading it would take half of the start and of the memory.
+    // Nothing draws with OpenGL; loading it would double start-up time and memory.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication oApplication(argc, argv);
     TarnixUI oPanel;

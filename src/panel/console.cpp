@@ -23,8 +23,7 @@ namespace {
 
 constexpr std::size_t s_nChunkSize = 65536;
 constexpr std::size_t s_nMaxLineSize = 4194304;
-constexpr qint64 s_nWorkMilliseconds =
-    20; // well below the tenth of a second within which a touch is answered
+constexpr qint64 s_nWorkMilliseconds = 20; // a touch is answered within a tenth of a second
 constexpr int s_nIndexPosition = 1;
 constexpr int s_nIndexLength = 3;
 constexpr int s_nTextPosition = s_nIndexPosition + s_nIndexLength;
@@ -42,6 +41,7 @@ bool isInputReady()
 
 int indexOf(const QString& strCommand)
 {
+    // Kept, see docs/compatibility.md
     return strCommand.mid(s_nIndexPosition, s_nIndexLength).toInt();
 }
 
@@ -82,30 +82,31 @@ void Console::readCommand()
 
     std::string strLine;
     bool bPosted = false;
-    for (bool bMore = true; bMore;) {
+    for (;;) {
         if (bPosted || oWork.hasExpired(s_nWorkMilliseconds)) {
             QTimer::singleShot(0, this, SLOT(readCommand()));
             return;
         }
-        if (!takeLine(strLine)) {
-            bMore = readInput();
-        } else if (strLine == "quit") {
-            leave();
-            return;
-        } else {
+        if (takeLine(strLine)) {
+            if (strLine == "quit") {
+                leave();
+                return;
+            }
             execute(QString::fromUtf8(strLine.c_str()));
             bPosted = strLine[0] == 'w'; // a wink takes effect before the next line
+        } else if (!readInput()) {
+            break;
         }
     }
 
     if (m_bEndOfInput) {
-        leave();
+        leave(); // Kept, see docs/compatibility.md
         return;
     }
     m_notifier->setEnabled(true);
 }
 
-// Appends what has arrived; returns false if there is nothing (more) to be had now.
+// Appends what has arrived; returns false if nothing has.
 bool Console::readInput()
 {
     if (!isInputReady()) {
@@ -149,7 +150,7 @@ bool Console::takeLine(std::string& strLine)
     return true;
 }
 
-// A line that does not end must not take all memory.
+// A line without an end must not take all memory.
 void Console::limitLine()
 {
     if (m_strInput.size() - m_nTaken <= s_nMaxLineSize) {

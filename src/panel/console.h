@@ -6,11 +6,10 @@
 class QSocketNotifier;
 
 /**
- * The command channel: reads the runtime's commands from standard input, one a line, and carries them out on
- * the panel, the platform client or the wink singleton. Standard output gets a greeting and a farewell,
- * nothing else.
+ * The command channel: reads the runtime's commands from standard input, one a line, and executes them on the
+ * panel, the platform client or the wink singleton. Writes only a greeting and a farewell to standard output.
  *
- * Its parent must be the TarnixUI panel that the commands are meant for.
+ * The commands are described in docs/runtime-protocol.md.
  */
 class Console : public QObject
 {
@@ -18,17 +17,16 @@ class Console : public QObject
 
 public:
     /**
-     * Keeps standard input, output and error from being mistaken: a stream that was closed before the start
-     * is opened on the null device, so that no other descriptor gets its number, and writing to a reader that
-     * has gone no longer ends the process. To be called before anything else opens a descriptor.
+     * Opens the null device for each standard stream that is closed, so that no other descriptor gets its
+     * number, and ignores SIGPIPE, so that writing to a reader that has gone does not end the process. To be
+     * called before anything else opens a descriptor.
      */
     static void guardStandardStreams();
 
-    /** @param pParent the panel (TarnixUI), which owns the console */
+    /** @param pParent the TarnixUI that the commands are meant for; it owns the console */
     explicit Console(QObject* pParent);
 
-    /** Greets the runtime with "First message" and the prompt "> ", then starts to listen on standard input.
-     */
+    /** Writes "First message", a newline and the prompt "> ", then starts to listen on standard input. */
     void run();
 
 signals:
@@ -37,9 +35,9 @@ signals:
 
 private slots:
     /**
-     * Carries out every complete line that has arrived, in order, and keeps what follows the last newline for
-     * the next call. Never waits for input; gives the event loop a turn after a few milliseconds of work and
-     * after each wink command, and then goes on.
+     * Executes every complete line that has arrived, in order, and keeps the rest for the next call. Never
+     * waits for input. Returns to the event loop after 20 ms of work and after each wink command, and
+     * continues from there.
      */
     void readCommand();
 
@@ -51,11 +49,11 @@ private:
     void leave();
 
     QSocketNotifier* m_notifier;
-    bool bWinkInProgress = false; // never read; part of the layout that the device's other software knows
+    bool bWinkInProgress = false; // Kept, see docs/compatibility.md
 
     std::string m_strInput;
-    std::string::size_type m_nTaken = 0;    // start of the first line not carried out
+    std::string::size_type m_nTaken = 0;    // start of the first line not executed
     std::string::size_type m_nSearched = 0; // no newline lies between m_nTaken and here
-    bool m_bDropLine = false;               // the rest of a line that was too long is still to come
+    bool m_bDropLine = false;               // the rest of a line that is too long is still to come
     bool m_bEndOfInput = false;
 };

@@ -31,7 +31,8 @@ const sMetrics& metricsFor(int nScreenWidth)
 } // namespace
 
 PanelInfo::PanelInfo(const QSize& oScreenSize)
-    : szBrand(QStringLiteral("QUEN")), szMainText(tr("No TARNIX Vistrel Loaded")),
+    : szBrand(QStringLiteral("QUEN")),
+      szMainText(tr("No TARNIX Vistrel Loaded")), // Kept, see docs/compatibility.md
       szLbl_DeviceType(tr("Device Type:")), szLbl_IdentNo(tr("")), szLbl_IPAddress(tr("IP Address:")),
       szLbl_mask(tr("Subnet Mask:")), szLbl_GateWay(tr("Std. Gateway:")),
       szLbl_TargetVersion(tr("Target Version:")), szLbl_PLCStatus(tr("PLC Status:")),

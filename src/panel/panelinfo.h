@@ -9,9 +9,9 @@
 #include <QString>
 
 /**
- * Branding and metrics of the panel: the one place that says what the panel is called, shows and measures.
+ * Branding and metrics of the panel.
  *
- * Needs a QGuiApplication, since it holds pictures. The texts are translated when the record is made.
+ * Holds pixmaps, so a QGuiApplication must exist. The texts are translated when the record is created.
  */
 struct PanelInfo
 {
@@ -20,7 +20,7 @@ struct PanelInfo
 public:
     /**
      * Fills the record with the Quen branding and the metrics of a screen.
-     * @param oScreenSize size of the default screen in pixels; its width picks the row of metrics
+     * @param oScreenSize size of the default screen in pixels; its width selects the metrics
      */
     explicit PanelInfo(const QSize& oScreenSize);
 

@@ -2,99 +2,54 @@
 
 #include "datetime/datetimedialog.h"
 #include "network/networksettingsdialog.h"
+#include "panel/configurationapp.h"
 #include "panel/console.h"
 #include "panel/dialogplacement.h"
+#include "panel/interfacesettings.h"
 #include "panel/panelinfo.h"
+#include "panel/panelstyle.h"
+#include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
 #include "ui_tarnixUIwidget.h"
 
+#include <QCloseEvent>
 #include <QDateTime>
 #include <QDebug>
-#include <QFileInfo>
-#include <QHostAddress>
-#include <QMouseEvent>
-#include <QNetworkInterface>
 #include <QScreen>
-#include <QScrollBar>
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr char s_szFontFamily[] = "Arial";
 constexpr char s_szDateFormat[] = "dd-MM-yyyy";
-constexpr char s_szDHCP[] = "DHCP";
 constexpr char s_szTimeFormat[] = "HH:mm:ss";
 constexpr int s_nClockMilliseconds = 1000;
 constexpr int s_nNetworkMilliseconds = 10000;
 constexpr int s_nMaxApplications = 1001;
-constexpr int s_nMaxTextLength = 65536; // megabytes would take seconds to lay out
+constexpr int s_nNoticeDelayMilliseconds = 10;
+constexpr int s_nNoticeRetryMilliseconds = 200;
+constexpr QRect s_oGeometryWithoutScreen(0, 0, 800, 480);
 
-constexpr char s_szScrollBarSheet[] =
-    "QScrollBar { background-color: rgb(220,220,220); }"
-    "QScrollBar:vertical { width: %1px; }"
-    "QScrollBar:horizontal { height: %1px; }"
-    "QScrollBar::handle { background-color: rgb(120,130,140); border-radius: 4px;"
-    " margin: 4px; min-width: 48px; min-height: 48px; }"
-    "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
-
-constexpr char s_szPipePath[] = "/tmp/tarnixUI";
-constexpr char s_szPipeMessage[] = "paintEvent finished";
-constexpr ssize_t s_nPipeMessageSize = sizeof(s_szPipeMessage) - 1;
-constexpr int s_nPipeDelayMilliseconds = 10;
-constexpr int s_nPipeRetryMilliseconds = 200;
-
-constexpr char s_szConfigurationApp[] = "/usr/bin/kadconfig-app";
-constexpr char s_szConfigurationCommand[] =
-    "/bin/bash -c \"QTDIR= QT_PLUGIN_PATH= LD_LIBRARY_PATH= /usr/bin/kadconfig-app &>/dev/null\"";
-
-bool isFifo(const char* szPath)
+QRect screenGeometry()
 {
-    struct stat oStatus = {};
-    return lstat(szPath, &oStatus) == 0 && S_ISFIFO(oStatus.st_mode);
-}
-
-void showText(QLabel* pLabel, const QString& strText)
-{
-    pLabel->setText(strText.left(s_nMaxTextLength));
-}
-
-void setTextColor(QWidget* pWidget, const QColor& oColor)
-{
-    QPalette oPalette = pWidget->palette();
-    oPalette.setColor(QPalette::WindowText, oColor);
-    pWidget->setPalette(oPalette);
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    return pScreen ? pScreen->geometry() : s_oGeometryWithoutScreen;
 }
 
 } // namespace
 
 TarnixUI::TarnixUI(QWidget* pParent)
-    : QWidget(pParent), ui(new Ui_MorvaWidget),
-      m_pPanelInfo(new PanelInfo(QGuiApplication::primaryScreen()->geometry().size()))
+    : QWidget(pParent), ui(new Ui_MorvaWidget), m_pPanelInfo(new PanelInfo(screenGeometry().size()))
 {
-    // The banner's font, for all: the form measures its labels before they have theirs, and would load
-    // another one in vain.
-    QFont oFont = font();
-    oFont.setFamily(s_szFontFamily);
-    oFont.setPixelSize(m_pPanelInfo->systemSettingFontSize);
-    setFont(oFont);
+    stylePanel(this, *m_pPanelInfo);
     ui->setupUi(this);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
-    // Full screen also where no window manager sees to it.
-    setGeometry(QGuiApplication::primaryScreen()->geometry());
+    // Without a window manager, full screen alone does not resize the window.
+    setGeometry(screenGeometry());
     populateUI();
-    enableTouchScrolling();
-    ui->scrollArea->verticalScrollBar()->setStyleSheet(
-        QStringLiteral("background-color:  %1;").arg(QStringLiteral("rgb(220,220,220)")));
-
-    QPalette oPalette = palette();
-    oPalette.setColor(QPalette::Window, Qt::white);
-    setPalette(oPalette);
-    setAutoFillBackground(true);
+    styleScrollBars(*ui, *m_pPanelInfo);
+    QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
+    connect(QScroller::scroller(ui->scrollArea->viewport()), SIGNAL(stateChanged(QScroller::State)), this,
+            SLOT(onScrollerStateChanged(QScroller::State)));
 
     m_oSysTimeTimer.setInterval(s_nClockMilliseconds);
     connect(&m_oSysTimeTimer, SIGNAL(timeout()), this, SLOT(onSysTimeTimerTimeOut()));
@@ -105,7 +60,7 @@ TarnixUI::TarnixUI(QWidget* pParent)
     m_oTimer.start();
 
     auto* pConsole = new Console(this);
-    pConsole->run();
+    pConsole->run(); // Kept, see docs/compatibility.md
     connect(pConsole, SIGNAL(quit()), qApp, SLOT(quit()));
 }
 
@@ -117,18 +72,7 @@ TarnixUI::~TarnixUI()
 
 void TarnixUI::populateUI()
 {
-    populateBanner();
-
-    ui->mainText->setText(m_pPanelInfo->szMainText);
-    QFont oMainFont = ui->mainText->font();
-    oMainFont.setFamily(s_szFontFamily);
-    oMainFont.setPixelSize(m_pPanelInfo->mainTextFontSize);
-    ui->mainText->setFont(oMainFont);
-    setTextColor(ui->mainText, m_pPanelInfo->mainTextColor);
-    // In the middle of the screen, also while the rows are wider than that.
-    ui->mainText->setFixedWidth(m_pPanelInfo->screenWidth - m_pPanelInfo->scrollWidth);
-    ui->contentsLayout->setAlignment(ui->mainText, Qt::AlignLeft);
-
+    styleForm(*ui, *m_pPanelInfo);
     populateRow(ui->deviceType_Label, m_pPanelInfo->szLbl_DeviceType, ui->deviceTypeForm_Label, "DeviceType");
     setDeviceType(OVIKPlatform::getInstance()->GetDeviceNameAsString());
     populateRow(ui->identNo_Label, m_pPanelInfo->szLbl_IdentNo, ui->identNoForm_Label, "IdentNo");
@@ -153,28 +97,6 @@ void TarnixUI::populateUI()
     }
 }
 
-void TarnixUI::populateBanner()
-{
-    for (QLayout* pColumn : {ui->captionLayout, ui->valueLayout}) {
-        pColumn->setContentsMargins(0, 6, 0, 0);
-        pColumn->setSpacing(m_pPanelInfo->spacing);
-    }
-
-    ui->banner->setFixedHeight(m_pPanelInfo->bannerSize);
-    ui->banner->setStyleSheet(QStringLiteral("background-color: %1").arg(m_pPanelInfo->bannerColor.name()));
-    QPalette oPalette = ui->banner->palette();
-    oPalette.setBrush(QPalette::Window, m_pPanelInfo->bannerColor);
-    ui->banner->setPalette(oPalette);
-
-    ui->toolButton->setIcon(m_pPanelInfo->hSystemSettingIcon);
-    ui->toolButton->setIconSize(QSize(m_pPanelInfo->buttonWidth, m_pPanelInfo->buttonHeight));
-    ui->toolButton->setContentsMargins(0, 0, 0, 0);
-    ui->toolButton->setAutoRaise(true);
-
-    ui->systemSettingsLabel->setText(m_pPanelInfo->szLbl_SystemSetting);
-    ui->logo->setPixmap(m_pPanelInfo->hBitmapLogo);
-}
-
 void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* pValue,
                            const QString& strValue)
 {
@@ -182,19 +104,7 @@ void TarnixUI::populateRow(QLabel* pCaption, const QString& strCaption, QLabel* 
     setInfoTextLabelStyle(pCaption, eType_Label);
     pValue->setText(strValue);
     setInfoTextLabelStyle(pValue, eType_Form);
-    fitRow(pCaption, pValue);
-}
-
-// On the narrowest screens a long caption takes two lines, so that an address fits beside the captions.
-void TarnixUI::fitRow(QLabel* pCaption, QLabel* pValue)
-{
-    if (pCaption->sizeHint().width() * 2 <= m_pPanelInfo->screenWidth) {
-        return;
-    }
-    const int nHeight = pCaption->fontMetrics().lineSpacing() * 2;
-    pCaption->setWordWrap(true);
-    pCaption->setFixedHeight(nHeight);
-    pValue->setFixedHeight(nHeight);
+    fitRow(pCaption, pValue, *m_pPanelInfo);
 }
 
 void TarnixUI::watchTaps(QLabel* pLabel, QList<QObject*>& oWidgetList)
@@ -209,30 +119,20 @@ void TarnixUI::insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDet
     if (!pCaptionAnchor || !pValueAnchor) {
         return;
     }
-    QLayout* pCaptions = insertBlock(ui->captionLayout, pCaptionAnchor);
-    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_IPAddress, eType_Label));
-    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_mask, eType_Label));
-    pCaptions->addWidget(createLabel(m_pPanelInfo->szLbl_GateWay, eType_Label));
-
-    QLayout* pValues = insertBlock(ui->valueLayout, pValueAnchor);
-    sNetworkInterfaceUIDetails oLabels{};
-    oLabels.m_pIPAddressLabel = createLabel(QString(), eType_Form);
-    oLabels.m_pSubnetMaskLabel = createLabel(QString(), eType_Form);
-    oLabels.m_pStdGatewayLabel = createLabel(QString(), eType_Form);
-    pValues->addWidget(oLabels.m_pIPAddressLabel);
-    pValues->addWidget(oLabels.m_pSubnetMaskLabel);
-    pValues->addWidget(oLabels.m_pStdGatewayLabel);
+    QLayout* pCaptions = insertBlock(ui->captionLayout, pCaptionAnchor, m_pPanelInfo->spacing);
+    for (const QString& strCaption :
+         {m_pPanelInfo->szLbl_IPAddress, m_pPanelInfo->szLbl_mask, m_pPanelInfo->szLbl_GateWay}) {
+        pCaptions->addWidget(createLabel(strCaption, eType_Label));
+    }
+    QLayout* pValues = insertBlock(ui->valueLayout, pValueAnchor, m_pPanelInfo->spacing);
+    const sNetworkInterfaceUIDetails oLabels{createLabel(QString(), eType_Form),
+                                             createLabel(QString(), eType_Form),
+                                             createLabel(QString(), eType_Form)};
+    for (QLabel* pLabel :
+         {oLabels.m_pIPAddressLabel, oLabels.m_pSubnetMaskLabel, oLabels.m_pStdGatewayLabel}) {
+        pValues->addWidget(pLabel);
+    }
     m_oNetworkInterfaceUIDetailsMap.insert(oDetails.m_strName, oLabels);
-}
-
-QLayout* TarnixUI::insertBlock(QBoxLayout* pColumn, QWidget* pAnchor)
-{
-    auto* pBlock = new QWidget(this);
-    auto* pRows = new QVBoxLayout(pBlock);
-    pRows->setContentsMargins(1, 0, 6, 0);
-    pRows->setSpacing(m_pPanelInfo->spacing);
-    pColumn->insertWidget(pColumn->indexOf(pAnchor), pBlock);
-    return pRows;
 }
 
 QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
@@ -254,31 +154,7 @@ QLabel* TarnixUI::createPlainLabel(const QString& strText, eLabelType eType)
 
 void TarnixUI::setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType)
 {
-    QFont oFont = pLabel->font();
-    oFont.setFamily(s_szFontFamily);
-    oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
-    oFont.setWeight(QFont::Bold);
-    pLabel->setFont(oFont);
-    // One height for all, whatever script a text is in, keeps the two columns in step.
-    pLabel->setFixedHeight(m_pPanelInfo->infoTextFontSize * 3 / 2);
-
-    if (eType == eType_Label) {
-        pLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        setTextColor(pLabel, m_pPanelInfo->mainTextColor);
-    } else if (eType == eType_Form) {
-        pLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        setTextColor(pLabel, m_pPanelInfo->infoTextColor);
-    }
-}
-
-void TarnixUI::enableTouchScrolling()
-{
-    const QString strSheet = QString(s_szScrollBarSheet).arg(m_pPanelInfo->scrollWidth);
-    ui->scrollArea->verticalScrollBar()->parentWidget()->setStyleSheet(strSheet);
-    ui->scrollArea->horizontalScrollBar()->parentWidget()->setStyleSheet(strSheet);
-    QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
-    connect(QScroller::scroller(ui->scrollArea->viewport()), SIGNAL(stateChanged(QScroller::State)), this,
-            SLOT(onScrollerStateChanged(QScroller::State)));
+    styleInfoLabel(pLabel, eType, *m_pPanelInfo);
 }
 
 void TarnixUI::setDeviceType(const QString& strText)
@@ -288,7 +164,7 @@ void TarnixUI::setDeviceType(const QString& strText)
 
 void TarnixUI::setIdentNo(const QString& strText)
 {
-    Q_UNUSED(strText) // the device's other software requires that the number sent is never shown
+    Q_UNUSED(strText) // Kept, see docs/compatibility.md
     ui->identNoForm_Label->setText(QString());
 }
 
@@ -302,29 +178,20 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
     if (nCount < 1) {
         return;
     }
-    // The rows' keys start at 0 while commands address the extra applications from 1; the device's other
-    // software requires it so.
+    // Kept, see docs/compatibility.md
     const int nRows = qMin(nCount, s_nMaxApplications) - 1;
     QLayout* pLayout = ui->scrollAreaWidgetContents->layout();
     pLayout->setEnabled(false); // else it would lay out all rows again for each one that appears
     for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
-        setAppRowVisible(*it, false);
+        setRowVisible(*it, false);
     }
     for (int nKey = 0; nKey < nRows; ++nKey) {
         if (!m_oAppStatusUIMap.contains(nKey)) {
             m_oAppStatusUIMap.insert(nKey, createAppRow());
         }
-        setAppRowVisible(m_oAppStatusUIMap.value(nKey), true);
+        setRowVisible(m_oAppStatusUIMap.value(nKey), true);
     }
     pLayout->setEnabled(true);
-}
-
-void TarnixUI::setAppRowVisible(const sAppStatusUIDetails& oRow, bool bVisible)
-{
-    for (QLabel* pLabel :
-         {oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, oRow.m_pStatLabel, oRow.m_pStatFormLabel}) {
-        pLabel->setVisible(bVisible);
-    }
 }
 
 sAppStatusUIDetails TarnixUI::createAppRow()
@@ -334,7 +201,7 @@ sAppStatusUIDetails TarnixUI::createAppRow()
     oRow.m_pAppNameLabel = createAppLabel(m_pPanelInfo->szLbl_AppName, eType_Label);
     oRow.m_pStatFormLabel = createAppLabel(QString(), eType_Form);
     oRow.m_pAppFormLabel = createAppLabel(QString(), eType_Form);
-    fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel);
+    fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, *m_pPanelInfo);
     return oRow;
 }
 
@@ -352,7 +219,7 @@ const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
 {
     const auto it = m_oAppStatusUIMap.constFind(nIndex);
     if (it == m_oAppStatusUIMap.constEnd()) {
-        // Names setPLCStatus for names too: the device's other software requires this text.
+        // Kept, see docs/compatibility.md
         qWarning() << "setPLCStatus: ui element not found idx:" << nIndex
                    << " size: " << m_oAppStatusUIMap.size();
         return nullptr;
@@ -425,88 +292,31 @@ QList<sNetworkInterfaceDetails> TarnixUI::getNetworkInterfacesList()
 
 QList<sNetworkInterfaceDetails> TarnixUI::getSystemNetworkInterfaceDetails()
 {
-    QList<sNetworkInterfaceDetails> oList;
-    const QList<QNetworkInterface> oInterfaces = QNetworkInterface::allInterfaces();
-    for (const QNetworkInterface& oInterface : oInterfaces) {
-        if (oInterface.type() == QNetworkInterface::CanBus ||
-            oInterface.flags().testFlag(QNetworkInterface::IsLoopBack)) {
-            continue;
-        }
-        sNetworkInterfaceDetails oDetails = getInterfaceDetails(oInterface.name());
-        oDetails.m_strName = oInterface.name(); // also while the service is absent: blocks are kept by name
-        oList.append(oDetails);
-    }
-    return oList;
+    return readAllInterfaceSettings();
 }
 
 sNetworkInterfaceDetails TarnixUI::getInterfaceDetails(const QString& strName)
 {
-    OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
-    sNetworkInterfaceDetails oDetails;
-    if (!pPlatform->SetInterfaceName(strName.toLatin1().constData()) || !pPlatform->UpdateNetworkSettings()) {
-        return oDetails;
-    }
-    unsigned char oMac[6] = {};
-    pPlatform->GetMacAddress(oMac);
-    QStringList oMacParts;
-    for (const unsigned char nByte : oMac) {
-        oMacParts.append(
-            QString::number(nByte, 16)); // without leading zeros: required by the device's other software
-    }
-    oDetails.m_strName = strName;
-    oDetails.m_strMacId = oMacParts.join(':');
-    oDetails.m_bISDHCP = pPlatform->GetDHCP();
-    oDetails.m_strIPAddress = pPlatform->GetIpAddressAsString();
-    oDetails.m_strSubnetMask = QHostAddress(pPlatform->GetNetmask()).toString();
-    oDetails.m_strStdGateway = QHostAddress(pPlatform->GetGateWay()).toString();
-    return oDetails;
+    return readInterfaceSettings(strName);
 }
 
 bool TarnixUI::setInterfaceDetails(const sNetworkInterfaceDetails& oDetails)
 {
-    OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
-    if (!pPlatform->SetInterfaceName(oDetails.m_strName.toLatin1().constData())) {
-        return true; // required by the device's other software
-    }
-    pPlatform->SetIpAddress(QHostAddress(oDetails.m_strIPAddress).toIPv4Address());
-    pPlatform->SetNetmask(QHostAddress(oDetails.m_strSubnetMask).toIPv4Address());
-    pPlatform->SetGateWay(QHostAddress(oDetails.m_strStdGateway).toIPv4Address());
-    pPlatform->SetDHCP(oDetails.m_bISDHCP); // after the addresses, which clear it
-    return pPlatform->SetNetworkSettings();
+    return writeInterfaceSettings(oDetails);
 }
 
 QList<sNetworkInterfaceDetails> TarnixUI::getTestInterfaceDetails()
 {
-    QList<sNetworkInterfaceDetails> oList;
-    for (const char* szNumber : {"0", "1", "2"}) {
-        sNetworkInterfaceDetails oDetails;
-        oDetails.m_strName = QStringLiteral("eth%1").arg(szNumber);
-        oDetails.m_strIPAddress = QStringLiteral("192.168.2.10%1").arg(szNumber);
-        oDetails.m_strSubnetMask = QStringLiteral("255.255.255.0");
-        oDetails.m_strStdGateway = QStringLiteral("192.168.2.1");
-        oList.append(oDetails);
-    }
-    return oList;
+    return testInterfaceSettings();
 }
 
 void TarnixUI::onNetworkTimerTimedOut()
 {
     const QMap<QString, sNetworkInterfaceUIDetails> oMap = m_oNetworkInterfaceUIDetailsMap;
     for (auto it = oMap.begin(); it != oMap.end(); ++it) {
-        showDetails(*it, getInterfaceDetails(it.key()));
+        showDetails(*it, getInterfaceDetails(it.key()), tr("DHCP"));
     }
     m_oTimer.start();
-}
-
-void TarnixUI::showDetails(const sNetworkInterfaceUIDetails& oLabels,
-                           const sNetworkInterfaceDetails& oDetails)
-{
-    // Without a lease the address is none, which the platform client tells as 0.0.0.0.
-    const bool bWaitsForLease =
-        oDetails.m_bISDHCP && QHostAddress(oDetails.m_strIPAddress).toIPv4Address() == 0;
-    oLabels.m_pIPAddressLabel->setText(bWaitsForLease ? s_szDHCP : oDetails.m_strIPAddress);
-    oLabels.m_pSubnetMaskLabel->setText(bWaitsForLease ? QString() : oDetails.m_strSubnetMask);
-    oLabels.m_pStdGatewayLabel->setText(bWaitsForLease ? QString() : oDetails.m_strStdGateway);
 }
 
 void TarnixUI::onNetworkSettingsRequested(QObject* pWatched)
@@ -524,8 +334,7 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 {
     const auto& oMap = m_oNetworkInterfaceUIDetailsMap;
     for (auto it = oMap.begin(); it != oMap.end(); ++it) {
-        if (pValueLabel == it->m_pIPAddressLabel || pValueLabel == it->m_pSubnetMaskLabel ||
-            pValueLabel == it->m_pStdGatewayLabel) {
+        if (isOneOf(*it, pValueLabel)) {
             return it.key();
         }
     }
@@ -535,7 +344,7 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 void TarnixUI::runDialog(QDialog* pDialog)
 {
     new DialogPlacement(pDialog, *m_pPanelInfo);
-    pDialog->setWindowModality(Qt::WindowModal); // the panel has to wait, an on-screen keyboard not
+    pDialog->setWindowModality(Qt::WindowModal); // does not block an on-screen keyboard
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
     delete pGuard;
@@ -548,21 +357,7 @@ void TarnixUI::onToolbuttonClicked()
 
 void TarnixUI::LaunchCtrlPanel()
 {
-    for (int nDescriptor = 3; nDescriptor <= 254; ++nDescriptor) {
-        fcntl(nDescriptor, F_SETFD, FD_CLOEXEC);
-    }
-    if (!QFileInfo::exists(s_szConfigurationApp)) {
-        return;
-    }
-    QStringList oArguments = QProcess::splitCommand(QString(s_szConfigurationCommand));
-    QProcess oProcess;
-    oProcess.setProgram(oArguments.takeFirst());
-    oProcess.setArguments(oArguments);
-    // The child must neither read the runtime's commands nor hold the runtime's end of our output open.
-    oProcess.setStandardInputFile(QProcess::nullDevice());
-    oProcess.setStandardOutputFile(QProcess::nullDevice());
-    oProcess.setStandardErrorFile(QProcess::nullDevice());
-    oProcess.startDetached();
+    launchConfigurationApp();
 }
 
 void TarnixUI::onProcessError(QProcess::ProcessError eError)
@@ -583,43 +378,18 @@ void TarnixUI::paintEvent(QPaintEvent* pEvent)
     static int s_nPaints = 0;
     if (s_nPaints == 0) {
         ++s_nPaints;
-        QTimer::singleShot(s_nPipeDelayMilliseconds, this, SLOT(writeToNamedPipe()));
+        QTimer::singleShot(s_nNoticeDelayMilliseconds, this, SLOT(writeToNamedPipe()));
     }
+}
+
+void TarnixUI::closeEvent(QCloseEvent* pEvent)
+{
+    pEvent->ignore();
 }
 
 void TarnixUI::writeToNamedPipe()
 {
-    if (mkfifo(s_szPipePath, 0777) != 0 && errno != EEXIST) {
-        qWarning() << "Failed to create named pipe for writing 1" << strerror(errno);
-        return;
+    if (writeStartNotice()) {
+        QTimer::singleShot(s_nNoticeRetryMilliseconds, this, SLOT(writeToNamedPipe()));
     }
-    const int nDescriptor = open(s_szPipePath, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
-    if (nDescriptor < 0) {
-        const int nError = errno;
-        if (nError == ENXIO && isFifo(s_szPipePath)) {
-            retryNamedPipe(); // nobody has it open for reading yet
-            return;
-        }
-        qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
-        return;
-    }
-    const bool bWritten = write(nDescriptor, s_szPipeMessage, s_nPipeMessageSize) == s_nPipeMessageSize;
-    const int nError = errno;
-    ::close(nDescriptor);
-    if (bWritten) {
-        qWarning() << "writeToNamedPipe"
-                   << "Written message to named pipe successfully";
-        return;
-    }
-    if (nError != EAGAIN) {
-        qWarning() << "Failed to open named pipe for writing 2" << strerror(nError);
-    }
-    if (nError == EAGAIN || nError == EPIPE) {
-        retryNamedPipe(); // the pipe is full, or the reader went away before the message reached it
-    }
-}
-
-void TarnixUI::retryNamedPipe()
-{
-    QTimer::singleShot(s_nPipeRetryMilliseconds, this, SLOT(writeToNamedPipe()));
 }

@@ -7,51 +7,46 @@
 namespace {
 
 const QByteArray s_oOutput = "First message\n> Good bye!\n";
-const QString s_strFromFile = "exec " PANEL_PROGRAM " </tmp/input";
+const QByteArray s_oUnknown = "setPLCStatus: ui element not found idx: ";
+const QString s_strProgram = "exec " PANEL_PROGRAM;
 
-void writeInput(const QByteArray& oInput)
+// Returns the log from the first unknown application on.
+QByteArray unknownIn(const QByteArray& oLog)
 {
-    QFile oFile("/tmp/input");
-    oFile.open(QIODevice::WriteOnly);
-    oFile.write(oInput);
-}
-
-QByteArray unknownIndexes(const PanelProcess& oPanel)
-{
-    const QByteArray oLog = oPanel.log();
-    return oLog.mid(oLog.indexOf("setPLCStatus"));
+    return oLog.contains(s_oUnknown) ? oLog.mid(oLog.indexOf(s_oUnknown)) : QByteArray();
 }
 
 } // namespace
 
+/** The command channel of the real program. */
 class TestCommands : public QObject
 {
     Q_OBJECT
 
 private slots:
-    // Neither half a line at the end nor what follows "quit" is carried out.
-    void ends()
+    void ends_data()
     {
-        for (const char* szInput : {"d500/600\nv1.2\nquit\na077x\nquit\n", "", "v1\na077Ma", "quit"}) {
-            PanelProcess oPanel;
-            oPanel.process().start();
-            oPanel.send(szInput);
-            QVERIFY2(oPanel.process().endsWell(), szInput);
-            QCOMPARE(oPanel.output(), s_oOutput);
-            QVERIFY2(!oPanel.log().contains("idx: 77"), szInput);
-        }
-        // The numbers of closed streams must not fall to a connection of the program's own.
-        PanelProcess oClosed({}, "exec " PANEL_PROGRAM " <&- >&-");
-        oClosed.process().start();
-        QVERIFY(oClosed.process().endsWell());
-        // A runtime that has closed its end of the output still gets the program to end cleanly.
-        PanelProcess oUnheard;
-        QVERIFY(oUnheard.start());
-        oUnheard.process().closeReadChannel(QProcess::StandardOutput);
-        QCOMPARE(oUnheard.quit(), 0);
+        QTest::addColumn<QString>("streams");
+        QTest::addColumn<QByteArray>("input");
+        QTest::newRow("nothing after quit") << "" << QByteArray("d500\nquit\na077x\nquit\n");
+        QTest::newRow("incomplete line") << "" << QByteArray("v1\na077Ma");
+        QTest::newRow("incomplete quit") << "" << QByteArray("quit");
+        QTest::newRow("closed input") << " <&-" << QByteArray();
     }
 
-    void texts()
+    void ends()
+    {
+        QFETCH(QString, streams);
+        QFETCH(QByteArray, input);
+        PanelProcess oPanel({}, s_strProgram + streams);
+        oPanel.process().start();
+        oPanel.send(input);
+        QVERIFY(oPanel.process().endsWell());
+        QCOMPARE(oPanel.output(), s_oOutput);
+        QCOMPARE(unknownIn(oPanel.log()), QByteArray());
+    }
+
+    void firstTexts()
     {
         PanelProcess oPanel;
         QVERIFY(oPanel.start());
@@ -67,93 +62,115 @@ private slots:
                  QString("||AppName|Application Name:|Device Type:|No TARNIX Vistrel Loaded|PLC Status:|"
                          "PLCStatus|System Date:|System Settings|System Time:|SystemDate|SystemTime|"
                          "TargVer|Target Version:"));
-
-        // From the first second on the clock shows the date and time of now.
         QTRY_VERIFY(oPanel.widget("systemTimeForm_Label").text() != "SystemTime");
-        const QString strNow =
-            oPanel.widget("systemDateForm_Label").text() + oPanel.widget("systemTimeForm_Label").text();
+        const QString strTime = oPanel.widget("systemTimeForm_Label").text();
+        const QString strNow = oPanel.widget("systemDateForm_Label").text() + strTime;
         const QDateTime oNow = QDateTime::fromString(strNow, "dd-MM-yyyyHH:mm:ss");
         QVERIFY2(oNow.isValid() && qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
+    }
 
-        for (const QStringList& oStep : {
-                 QStringList{"i4711\ndPLC 500/600\n", "deviceTypeForm_Label", "PLC 500/600"},
-                 QStringList{"", "identNoForm_Label", ""},
-                 QStringList{"xyz\nV9\nquit \nQuit\nquit2\nquit\r\n\nd\n", "deviceTypeForm_Label", ""},
-                 QStringList{"", "targetVersionForm_Label", "TargVer"},
-                 QStringList{"v  1.2\r\n", "targetVersionForm_Label", "  1.2\r"},
-                 QStringList{QString("vab%1cd\n").arg(QChar()), "targetVersionForm_Label", "ab"},
-                 QStringList{"v1\nv2", "targetVersionForm_Label", "1"},
-                 QStringList{"3\n", "targetVersionForm_Label", "23"},
-                 QStringList{"a000Förder 泵\n", "appnameForm_Label", "Förder 泵"},
-                 QStringList{"s1Run\n", "plcStatusForm_Label", "n"}, // no number counts as 0
-                 QStringList{"s 0 Run\n", "plcStatusForm_Label", "Run"},
-                 QStringList{"a\n", "appnameForm_Label", ""},
-                 QStringList{"s\n", "plcStatusForm_Label", ""},
-             }) {
-            oPanel.send(oStep[0].toUtf8());
-            QCOMPARE(oPanel.waitForText(oStep[1], oStep[2]), oStep[2]);
-        }
+    void showsText_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QString>("text");
+        const QByteArray oLongest(65535, 'x');
+        QTest::newRow("ident") << "identNo" << QByteArray("i4711\n") << "";
+        QTest::newRow("device") << "deviceType" << QByteArray("dPLC 500/600\n") << "PLC 500/600";
+        QTest::newRow("unchanged") << "targetVersion" << QByteArray("v  1.2 \r\n") << "  1.2 \r";
+        QTest::newRow("NUL") << "targetVersion" << QByteArray("vab\0cd\n", 7) << "ab";
+        QTest::newRow("too long") << "targetVersion"
+                                  << "v" + oLongest + "😀\n"
+                                  << QString(oLongest);
+        QTest::newRow("UTF-8") << "appname" << QByteArray("a000Förder 泵\n") << "Förder 泵";
+        QTest::newRow("no commands") << "appname" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n")
+                                     << "2";
+        QTest::newRow("no number is 0") << "plcStatus" << QByteArray("s1Run\n") << "n";
+        QTest::newRow("no index") << "plcStatus" << QByteArray("s\n") << "";
+    }
+
+    void showsText()
+    {
+        QFETCH(QString, label);
+        QFETCH(QByteArray, lines);
+        QFETCH(QString, text);
+        PanelProcess oPanel;
+        QVERIFY(oPanel.start());
+        oPanel.send(lines.left(lines.size() / 2));
+        QVERIFY(!oPanel.widgets().isEmpty()); // does not wait for the rest of the line
+        oPanel.send(lines.mid(lines.size() / 2));
+        QCOMPARE(oPanel.waitForText(label + "Form_Label", text), text);
         QCOMPARE(oPanel.quit(), 0);
         QCOMPARE(oPanel.output(), s_oOutput);
     }
 
-    void applicationRowsAreOffByOne()
+    void applicationRows_data()
     {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QString>("shown"); // of each row the captions, then status and name
+        QTest::addColumn<QByteArray>("log");
+        const QString strEmpty = "PLC Status:|Application Name:||";
+        const QString strTwo = strEmpty + "|PLC Status:|Application Name:|Run|One";
+        const QByteArray oThree = s_oUnknown + "3  size:  3\n" + s_oUnknown + "-1  size:  3\n";
+        const QByteArray oMost = s_oUnknown + "-99  size:  1000\n";
+        QTest::newRow("off by one") << QByteArray("n3\na001One\ns001Run\n") << strTwo << QByteArray();
+        QTest::newRow("hidden") << QByteArray("n4\na003x\ns-01x\nn2\n") << strEmpty << oThree;
+        QTest::newRow("kept") << QByteArray("n3\na001One\ns001Run\nn1\nn3\n") << strTwo << QByteArray();
+        QTest::newRow("below 1") << QByteArray("n2\nn0\nnx\nn-3\n") << strEmpty << QByteArray();
+        QTest::newRow("too many") << QByteArray("n2147483647\ns999x\ns-99x\nn1\n") << "" << oMost;
+    }
+
+    void applicationRows()
+    {
+        QFETCH(QByteArray, lines);
         PanelProcess oPanel;
         QVERIFY(oPanel.start());
-        const QString strTwo = "PLC Status:|Application Name:|||PLC Status:|Application Name:|Run|One";
-        const QString strThird = "|PLC Status:|Application Name:||";
-        oPanel.send("n5\na001One\ns001Run\na004Four\ns-01Low\na003Three\n");
-        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo + strThird + strThird + "Three");
-        oPanel.send("n0\nnx\nn-3\nn3\n");
-        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo);
-        oPanel.send("n1\n");
-        QTRY_COMPARE(oPanel.namelessTexts(), QStringList());
-        oPanel.send("n4\n");
-        QTRY_COMPARE(oPanel.namelessTexts().join('|'), strTwo + strThird);
-        oPanel.send("n2147483647\ns999last\ns-99none\n");
-        const QByteArray oUnknown = "setPLCStatus: ui element not found idx: ";
-        const QByteArray oExpected =
-            oUnknown + "4  size:  4\n" + oUnknown + "-1  size:  4\n" + oUnknown + "-99  size:  1000\n";
-        QTRY_COMPARE_WITH_TIMEOUT(unknownIndexes(oPanel), oExpected, 30000); // 1000 rows, in the emulator too
+        oPanel.send(lines + "vdone\n");
+        QTRY_COMPARE_WITH_TIMEOUT(oPanel.widget("targetVersionForm_Label").text(), QString("done"), 30000);
+        QTEST(oPanel.namelessTexts().join('|'), "shown");
+        QTEST(unknownIn(oPanel.log()), "log");
     }
 
     void floodStaysInOrder()
     {
         QByteArray oFlood;
-        QByteArray oLog;
+        QByteArray oExpected;
         for (int i = 0; i < 100000; ++i) {
             const QByteArray oIndex = QByteArray::number(i % 900 + 100);
             oFlood += "s" + oIndex + "x\n";
-            oLog += "setPLCStatus: ui element not found idx: " + oIndex + "  size:  0\n";
+            oExpected += s_oUnknown + oIndex + "  size:  0\n";
         }
-        writeInput(oFlood);
-        PanelProcess oPanel({}, s_strFromFile);
+        PanelProcess oPanel({}, s_strProgram + fileWith(oFlood));
         oPanel.process().start();
         QVERIFY(oPanel.process().endsWell());
-        QCOMPARE(unknownIndexes(oPanel), oLog);
+        QVERIFY(unknownIn(oPanel.log()) == oExpected); // megabytes, too long to print
     }
 
-    // The probe is answered by the event loop, long before the input is used up.
     void floodLeavesTheLoopFree()
     {
-        const QByteArray oLong = QByteArray(4000000, 'x') + '\n';
-        writeInput("d" + oLong + "a000" + oLong + "s000" + oLong + QByteArray("v1.2\n").repeated(5000000));
-        PanelProcess oLines({}, s_strFromFile);
-        PanelProcess oEndlessLine({}, "exec " PANEL_PROGRAM " </dev/zero");
-        for (PanelProcess* pPanel : {&oLines, &oEndlessLine}) {
-            QVERIFY(pPanel->start());
-            QVERIFY(!pPanel->widgets().isEmpty());
-            QVERIFY(pPanel == &oLines ||
-                    pPanel->waitForLog("Command line longer than 4194304 bytes dropped"));
-            QVERIFY(!pPanel->output().contains("Good bye!"));
-        }
-        PanelProcess oLongLine;
-        QVERIFY(oLongLine.start());
-        oLongLine.send("v" + QByteArray(5000000, 'x') + "\nd#next\n");
-        QCOMPARE(oLongLine.waitForText("deviceTypeForm_Label", "#next"), QString("#next"));
-        QCOMPARE(oLongLine.widget("targetVersionForm_Label").text(), QString("TargVer"));
-        QCOMPARE(oLongLine.quit(), 0);
+        const QByteArray oLong = "d" + QByteArray(4000000, 'x') + '\n';
+        PanelProcess oPanel({}, s_strProgram + fileWith(oLong + QByteArray("v1.2\n").repeated(5000000)));
+        QVERIFY(oPanel.start());
+        QVERIFY(!oPanel.widgets().isEmpty());
+        QCOMPARE(oPanel.output(), QByteArray("First message\n> ")); // the input is not used up
+    }
+
+    void dropsEndlessLine()
+    {
+        PanelProcess oPanel;
+        QVERIFY(oPanel.start());
+        oPanel.send("v" + QByteArray(5000000, 'v') + "\nd#next\n");
+        QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "#next"), QString("#next"));
+        QCOMPARE(oPanel.widget("targetVersionForm_Label").text(), QString("TargVer"));
+        QVERIFY(oPanel.log().contains("Command line longer than 4194304 bytes dropped\n"));
+    }
+
+private:
+    // Returns the redirection that reads the bytes from a file.
+    static QString fileWith(const QByteArray& oBytes)
+    {
+        QFile oFile("/tmp/input");
+        return oFile.open(QIODevice::WriteOnly) && oFile.write(oBytes) == oBytes.size() ? " </tmp/input" : "";
     }
 };
 

@@ -8,21 +8,19 @@
 #include <QLabel>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QPaintEvent>
 #include <QPixmapCache>
 #include <malloc.h>
 #include <mutex>
 #include <unordered_set>
 
-extern Q_CORE_EXPORT quintptr qtHookData[]; // Qt's hooks for tools of this kind
+extern Q_CORE_EXPORT quintptr qtHookData[]; // Qt's hooks for tools like this
 
 namespace {
 
-constexpr char s_szPainted[] = "painted";
-constexpr int s_nAddHook = 3; // their places never change
+constexpr int s_nAddHook = 3; // places that Qt guarantees
 constexpr int s_nRemoveHook = 4;
 
-/** All QObjects of all threads that have been made since the probe was loaded. */
+/** All QObjects of all threads that were created since the probe was loaded. */
 struct sLiving
 {
     std::mutex oMutex;
@@ -49,12 +47,11 @@ void onDied(QObject* pObject)
 
 QByteArray countAll()
 {
-    QPixmapCache::clear();   // has room for 10 MiB, which fill by and by
-    QApplication::desktop(); // is made when it is needed first and kept
+    QPixmapCache::clear();   // grows up to 10 MiB
+    QApplication::desktop(); // created on first use
     const std::lock_guard<std::mutex> oGuard(living().oMutex);
     int nTimers = 0;
-    for (QObject* pObject :
-         living().oObjects) { // possibly one of another thread that is dying: only asked for
+    for (QObject* pObject : living().oObjects) { // one of another thread may be dying: not dereferenced
         nTimers += QAbstractEventDispatcher::instance()->registeredTimers(pObject).size();
     }
     const struct mallinfo2 oHeap = mallinfo2();
@@ -82,15 +79,7 @@ QJsonObject describe(QWidget* pWidget)
                                         QRect(0, pWidget->height() / 2, pWidget->width(), 1))},
                       {"rect", toJson(QRect(pWidget->mapToGlobal(QPoint()), pWidget->size()))},
                       {"minimum", toJson(QRect(QPoint(), pWidget->minimumSizeHint()))},
-                      {"flags", static_cast<int>(pWindow->windowFlags())},
-                      {"font", pWidget->font().toString()},
-                      {"color", pWidget->palette().color(QPalette::WindowText).name()},
-                      {"enabled", pWidget->isEnabled()},
-                      {"focus", pWidget->hasFocus()},
-                      {"title", pWidget->windowTitle()},
-                      {s_szPainted, toJson(pWidget->property(s_szPainted).toRect())},
-                      {"hints", static_cast<int>(pWidget->inputMethodHints())}};
-    pWidget->setProperty(s_szPainted, QVariant());
+                      {"flags", static_cast<int>(pWindow->windowFlags())}};
     for (const char* szProperty : {"text", "currentText", "checked"}) { // of fields and buttons
         if (pWidget->metaObject()->indexOfProperty(szProperty) >= 0) {
             oJson[szProperty] = QJsonValue::fromVariant(pWidget->property(szProperty));
@@ -100,9 +89,6 @@ QJsonObject describe(QWidget* pWidget)
         oJson["items"] = pComboBox->count();
     }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
-        oJson["buddy"] = pLabel->buddy() ? pLabel->buddy()->objectName() : QString();
-        oJson["alignment"] = static_cast<int>(pLabel->alignment());
-        oJson["wraps"] = pLabel->wordWrap();
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;
     }
     return oJson;
@@ -114,7 +100,7 @@ QByteArray describeAll()
     const QWidgetList oTopLevels = QApplication::topLevelWidgets();
     for (QWidget* pTopLevel : oTopLevels) {
         if (pTopLevel->parentWidget()) {
-            continue; // a dialog, which is told with its parent's children
+            continue; // a dialog, listed with its parent's children
         }
         oAll.append(describe(pTopLevel));
         const QList<QWidget*> oChildren = pTopLevel->findChildren<QWidget*>();
@@ -127,9 +113,11 @@ QByteArray describeAll()
 
 } // namespace
 
-/** Answers the line "count" on its local socket with numbers of what is alive in the program that it is
- * loaded into, its timers that run and the bytes of heap in use; any other line with a description of all its
- * widgets, the part of each that was painted since the last answer included. */
+/**
+ * Answers each line on its local socket with one line of JSON: "count" with the number of live objects,
+ * running timers and bytes of heap, any other with all widgets and the part of each painted since the last
+ * answer.
+ */
 class Probe : public QObject
 {
     Q_OBJECT
@@ -141,18 +129,6 @@ public:
         qtHookData[s_nRemoveHook] = reinterpret_cast<quintptr>(&onDied);
         connect(&m_oServer, SIGNAL(newConnection()), this, SLOT(onNewConnection()));
         m_oServer.listen(strPath);
-        qApp->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* pWatched, QEvent* pEvent) override
-    {
-        if (pEvent->type() == QEvent::Paint) {
-            const auto* pWidget = qobject_cast<QWidget*>(pWatched);
-            const QRect oRect = static_cast<QPaintEvent*>(pEvent)->rect();
-            const QRect oPainted = oRect.translated(pWidget ? pWidget->mapToGlobal(QPoint()) : QPoint());
-            pWatched->setProperty(s_szPainted, oPainted | pWatched->property(s_szPainted).toRect());
-        }
-        return false;
     }
 
 private slots:
@@ -174,8 +150,7 @@ private:
     QLocalServer m_oServer;
 };
 
-/** Loaded by Qt into the real program through QT_QPA_GENERIC_PLUGINS=probe:SOCKET, so that tests can look at
- * widgets. */
+/** Loaded by Qt into the real program with QT_QPA_GENERIC_PLUGINS=probe:SOCKET. */
 class ProbePlugin : public QGenericPlugin
 {
     Q_OBJECT

@@ -31,8 +31,7 @@ struct sWidget : QJsonObject
     /** Returns what a label, button or field shows; of a combo box the current item. */
     QString text() const { return value(contains("text") ? "text" : "currentText").toString(); }
     bool isVisibleLabel() const { return value("class") == "QLabel" && value("visible").toBool(); }
-    /** Returns a member that holds a rectangle: "rect" in screen pixels, "minimum" the smallest size,
-     * "painted" what was painted since the widgets were asked for last, in screen pixels. */
+    /** Returns a member that holds a rectangle: "rect" in screen pixels, "minimum" the smallest size. */
     QRect rect(const QString& strMember = "rect") const;
 };
 
