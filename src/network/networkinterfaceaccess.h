@@ -6,11 +6,9 @@
 class NetworkInterfaceAccess
 {
 public:
-    /** Ends with whoever implements it. */
     virtual ~NetworkInterfaceAccess() = default;
 
-    /** Returns the settings of the named interface as the system has them now; empty texts if it cannot tell.
-     */
+    /** Returns the present settings of the named interface; empty texts if they cannot be read. */
     virtual sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) = 0;
 
     /** Applies the record to the interface that it names; returns false if the settings were refused. */

@@ -1,6 +1,7 @@
 #include "network/networksettingsdialog.h"
 
 #include "network/networkinterfaceaccess.h"
+#include "touch/busymark.h"
 #include "ui_networksettingsdialog.h"
 
 #include <QSignalBlocker>
@@ -22,7 +23,11 @@ NetworkSettingsDialog::NetworkSettingsDialog(const QList<sNetworkInterfaceDetail
             SLOT(onCurrentNetInterfaceChanged(QString)));
     connect(ui->useDHCP_comboBox, SIGNAL(currentIndexChanged(QString)), this,
             SLOT(onDHCPCurrentIndexChanged(QString)));
+    auto* pBusyMark = new BusyMark(ui->applyButton);
+    connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(start()));
     connect(ui->applyButton, SIGNAL(clicked()), this, SLOT(onApplyClicked()));
+    connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(stop()));
+    connect(this, SIGNAL(settingsApplied()), pBusyMark, SLOT(showTaken()));
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
     populateUI(oInterfacesList, strInterfaceName);
 }
@@ -56,14 +61,18 @@ void NetworkSettingsDialog::populateUI(const QList<sNetworkInterfaceDetails>& oI
     onCurrentNetInterfaceChanged(strInterfaceName); // the item may have been current before
 }
 
-NetworkInterfaceAccess& NetworkSettingsDialog::interfaceAccess() const
+NetworkInterfaceAccess* NetworkSettingsDialog::interfaceAccess() const
 {
-    return dynamic_cast<NetworkInterfaceAccess&>(*parentWidget());
+    return dynamic_cast<NetworkInterfaceAccess*>(parentWidget());
 }
 
 void NetworkSettingsDialog::onCurrentNetInterfaceChanged(QString strInterfaceName)
 {
-    const sNetworkInterfaceDetails oDetails = interfaceAccess().getInterfaceDetails(strInterfaceName);
+    NetworkInterfaceAccess* pAccess = interfaceAccess();
+    if (!pAccess) {
+        return;
+    }
+    const sNetworkInterfaceDetails oDetails = pAccess->getInterfaceDetails(strInterfaceName);
     ui->macId_Label->setText(oDetails.m_strMacId);
     ui->ipAddress_LineEdit->setText(oDetails.m_strIPAddress);
     ui->subnetMask_LineEdit->setText(oDetails.m_strSubnetMask);
@@ -74,7 +83,7 @@ void NetworkSettingsDialog::onCurrentNetInterfaceChanged(QString strInterfaceNam
 
 void NetworkSettingsDialog::onDHCPCurrentIndexChanged(QString strUseDHCP)
 {
-    Q_UNUSED(strUseDHCP) // the addresses stay editable: required by the device's other software
+    Q_UNUSED(strUseDHCP) // Kept, see docs/compatibility.md
 }
 
 void NetworkSettingsDialog::onApplyClicked()
@@ -90,7 +99,8 @@ void NetworkSettingsDialog::saveValues()
     oNetworkInterfaceDetails.m_strSubnetMask = ui->subnetMask_LineEdit->text();
     oNetworkInterfaceDetails.m_strStdGateway = ui->gateway_LineEdit->text();
     oNetworkInterfaceDetails.m_bISDHCP = ui->useDHCP_comboBox->currentIndex() == eUseDHCP_Yes;
-    if (interfaceAccess().setInterfaceDetails(oNetworkInterfaceDetails)) {
+    NetworkInterfaceAccess* pAccess = interfaceAccess();
+    if (pAccess && pAccess->setInterfaceDetails(oNetworkInterfaceDetails)) {
         emit settingsApplied();
     }
 }

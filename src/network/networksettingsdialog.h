@@ -23,7 +23,8 @@ public:
      * Builds the dialog and reads the settings of an interface through the parent.
      * @param oInterfacesList the interfaces to choose from; only their names are used
      * @param strInterfaceName the interface shown first; if it is not in the list, no settings are read
-     * @param pParent a widget that is a NetworkInterfaceAccess as well
+     * @param pParent a widget that is a NetworkInterfaceAccess as well; without one the dialog shows names
+     *                only, and Apply does nothing
      */
     NetworkSettingsDialog(const QList<sNetworkInterfaceDetails>& oInterfacesList,
                           const QString& strInterfaceName, QWidget* pParent);
@@ -31,7 +32,7 @@ public:
     ~NetworkSettingsDialog() override;
 
 signals:
-    /** The parent has taken the settings. */
+    /** The parent has accepted the settings. */
     void settingsApplied();
 
 private slots:
@@ -42,7 +43,7 @@ private slots:
 
 private:
     void populateUI(const QList<sNetworkInterfaceDetails>& oInterfacesList, const QString& strInterfaceName);
-    NetworkInterfaceAccess& interfaceAccess() const;
+    NetworkInterfaceAccess* interfaceAccess() const;
 
     Ui_NetworkSettingsDialog* ui;
 };

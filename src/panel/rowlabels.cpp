@@ -55,3 +55,17 @@ QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor, int nSpacing)
     pColumn->insertWidget(pColumn->indexOf(pAnchor), pBlock);
     return pRows;
 }
+
+QList<QWidget*> rowsOf(const QBoxLayout* pColumn)
+{
+    QList<QWidget*> oRows;
+    for (int i = 0; i < pColumn->count(); ++i) {
+        QWidget* pWidget = pColumn->itemAt(i)->widget();
+        if (const auto* pBlock = qobject_cast<QBoxLayout*>(pWidget->layout())) {
+            oRows += rowsOf(pBlock);
+        } else {
+            oRows.append(pWidget);
+        }
+    }
+    return oRows;
+}

@@ -2,6 +2,8 @@
 
 #include "network/networkinterfacedetails.h"
 
+#include <QList>
+
 class QBoxLayout;
 class QLabel;
 class QLayout;
@@ -48,3 +50,6 @@ void setRowVisible(const sAppStatusUIDetails& oLabels, bool bVisible);
  * @return the block's layout
  */
 QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor, int nSpacing);
+
+/** Returns the rows of a column, those of its blocks one by one, from top to bottom. */
+QList<QWidget*> rowsOf(const QBoxLayout* pColumn);

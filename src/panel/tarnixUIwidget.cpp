@@ -4,17 +4,20 @@
 #include "network/networksettingsdialog.h"
 #include "panel/configurationapp.h"
 #include "panel/console.h"
-#include "panel/dialogplacement.h"
 #include "panel/interfacesettings.h"
 #include "panel/panelinfo.h"
 #include "panel/panelstyle.h"
 #include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
+#include "touch/dialogplacement.h"
+#include "touch/fingerscroll.h"
+#include "touch/nearestrow.h"
 #include "ui_tarnixUIwidget.h"
 
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QDebug>
+#include <QMouseEvent>
 #include <QScreen>
 
 namespace {
@@ -47,9 +50,8 @@ TarnixUI::TarnixUI(QWidget* pParent)
     setGeometry(screenGeometry());
     populateUI();
     styleScrollBars(*ui, *m_pPanelInfo);
-    QScroller::grabGesture(ui->scrollArea->viewport(), QScroller::LeftMouseButtonGesture);
-    connect(QScroller::scroller(ui->scrollArea->viewport()), SIGNAL(stateChanged(QScroller::State)), this,
-            SLOT(onScrollerStateChanged(QScroller::State)));
+    letFingerScroll(ui->scrollArea);
+    ui->scrollAreaWidgetContents->installEventFilter(this);
 
     m_oSysTimeTimer.setInterval(s_nClockMilliseconds);
     connect(&m_oSysTimeTimer, SIGNAL(timeout()), this, SLOT(onSysTimeTimerTimeOut()));
@@ -247,25 +249,25 @@ void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
 
 bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (pEvent->type() != QEvent::MouseButtonRelease || m_bDragged) { // the end of a drag is no tap
+    if (!m_oTap.follow(pEvent)) {
         return QWidget::eventFilter(pWatched, pEvent);
     }
-    if (m_oNetworkSettingsWidgetList.contains(pWatched)) {
-        onNetworkSettingsRequested(pWatched);
+    QObject* pRow = pWatched;
+    if (pWatched == ui->scrollAreaWidgetContents) { // beside or between the values
+        const QPoint oPosition = static_cast<QMouseEvent*>(pEvent)->globalPos();
+        pRow = nearestRow(rowsOf(ui->valueLayout), oPosition, m_pPanelInfo->spacing / 2);
+    }
+    // From the event loop: a dialog that runs inside of a release of QScroller could not be scrolled itself.
+    if (m_oNetworkSettingsWidgetList.contains(pRow)) {
+        QMetaObject::invokeMethod(this, "onNetworkSettingsRequested", Qt::QueuedConnection,
+                                  Q_ARG(QObject*, pRow));
         return true;
     }
-    if (m_oSystemDateTimeWidgetList.contains(pWatched)) {
-        onSystemDateTimeRequested();
+    if (m_oSystemDateTimeWidgetList.contains(pRow)) {
+        QMetaObject::invokeMethod(this, "onSystemDateTimeRequested", Qt::QueuedConnection);
         return true;
     }
     return QWidget::eventFilter(pWatched, pEvent);
-}
-
-void TarnixUI::onScrollerStateChanged(QScroller::State eState)
-{
-    if (eState == QScroller::Pressed || eState == QScroller::Dragging) {
-        m_bDragged = eState == QScroller::Dragging;
-    }
 }
 
 void TarnixUI::onSysTimeTimerTimeOut()
@@ -277,7 +279,7 @@ void TarnixUI::onSysTimeTimerTimeOut()
 
 void TarnixUI::onSystemDateTimeRequested()
 {
-    if (m_pDateTimeDlg) {
+    if (m_pDateTimeDlg || m_pNetworkDlg) {
         return;
     }
     m_pDateTimeDlg = new DateTimeDialog(this);
@@ -322,7 +324,7 @@ void TarnixUI::onNetworkTimerTimedOut()
 void TarnixUI::onNetworkSettingsRequested(QObject* pWatched)
 {
     const QString strInterface = interfaceOf(pWatched);
-    if (strInterface.isNull() || m_pNetworkDlg) {
+    if (strInterface.isNull() || m_pNetworkDlg || m_pDateTimeDlg) {
         return;
     }
     m_pNetworkDlg = new NetworkSettingsDialog(getNetworkInterfacesList(), strInterface, this);
@@ -343,7 +345,9 @@ QString TarnixUI::interfaceOf(const QObject* pValueLabel) const
 
 void TarnixUI::runDialog(QDialog* pDialog)
 {
-    new DialogPlacement(pDialog, *m_pPanelInfo);
+    QFont oFont = font();
+    oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
+    new DialogPlacement(pDialog, oFont);
     pDialog->setWindowModality(Qt::WindowModal); // does not block an on-screen keyboard
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();

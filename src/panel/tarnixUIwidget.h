@@ -3,12 +3,12 @@
 #include "network/networkinterfaceaccess.h"
 #include "panel/panelstyle.h"
 #include "panel/rowlabels.h"
+#include "touch/tap.h"
 
 #include <QList>
 #include <QMap>
 #include <QPointer>
 #include <QProcess>
-#include <QScroller>
 #include <QTimer>
 #include <QWidget>
 
@@ -75,7 +75,8 @@ public:
     /** Returns testInterfaceSettings(). */
     static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
-    /** Watches the values for taps; see QObject::eventFilter. Returns true for a tap that it handled. */
+    /** Watches the rows for taps, which open a dialog soon after; see QObject::eventFilter. Returns true for
+     * a tap that it handled. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
@@ -102,7 +103,6 @@ private slots:
     void onProcessStarted();
     void onProcessFinished(int nExitCode);
     void writeToNamedPipe();
-    void onScrollerStateChanged(QScroller::State eState);
 
 private:
     void populateUI();
@@ -132,5 +132,5 @@ private:
     QPointer<NetworkSettingsDialog> m_pNetworkDlg;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName;
-    bool m_bDragged = false; // the last touch of the rows was a drag
+    Tap m_oTap;
 };

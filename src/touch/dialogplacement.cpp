@@ -1,0 +1,170 @@
+#include "touch/dialogplacement.h"
+
+#include "touch/formarea.h"
+#include "touch/touchcombobox.h"
+#include "touch/touchsheet.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDialog>
+#include <QEvent>
+#include <QFormLayout>
+#include <QInputMethod>
+#include <QScreen>
+
+namespace {
+
+constexpr int s_nGrid = 6;        // all distances are multiples of it
+constexpr int s_nFieldFrame = 16; // border and padding, as in the style sheet
+constexpr int s_oTargets[] = {48, 40};
+
+// Returns what an on-screen keyboard leaves of the screen; null without a screen.
+QRect visibleRect()
+{
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    if (!pScreen) {
+        return {};
+    }
+    QRect oVisible = pScreen->geometry();
+    const QInputMethod* pInputMethod = QGuiApplication::inputMethod();
+    const QRect oKeyboard = pInputMethod->keyboardRectangle().toAlignedRect();
+    if (pInputMethod->isVisible() && !oKeyboard.isEmpty()) {
+        oVisible.setBottom(oKeyboard.top() - 1);
+    }
+    return oVisible;
+}
+
+} // namespace
+
+DialogPlacement::DialogPlacement(QDialog* pDialog, const QFont& oFont)
+    : QObject(pDialog), m_pDialog(pDialog),
+      m_pForm(pDialog->findChild<QFormLayout*>(QStringLiteral("formLayout"))),
+      m_pButtons(pDialog->findChild<QBoxLayout*>(QStringLiteral("horizontalLayout")))
+{
+    const QList<QComboBox*> oComboBoxes = pDialog->findChildren<QComboBox*>();
+    for (QComboBox* pComboBox : oComboBoxes) {
+        new TouchComboBox(pComboBox);
+    }
+    makeScrollable();
+    fitButtons();
+    fitTargets(oFont);
+    pDialog->installEventFilter(this);
+    m_pArea->widget()->installEventFilter(this);
+    QInputMethod* pInputMethod = QGuiApplication::inputMethod();
+    connect(pInputMethod, SIGNAL(keyboardRectangleChanged()), this, SLOT(place()));
+    connect(pInputMethod, SIGNAL(visibleChanged()), this, SLOT(place()));
+    connect(qApp, SIGNAL(focusChanged(QWidget*, QWidget*)), this, SLOT(place()));
+}
+
+void DialogPlacement::makeScrollable()
+{
+    auto* pRows = static_cast<QBoxLayout*>(m_pForm->parent());
+    const int nPosition = pRows->indexOf(m_pForm);
+    pRows->removeItem(m_pForm);
+    m_pForm->setParent(nullptr);
+    m_pForm->setContentsMargins(0, 0, 0, 0);
+    m_pForm->setHorizontalSpacing(s_nGrid * 2);
+    m_pForm->setVerticalSpacing(s_nGrid);
+    m_pForm->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    m_pForm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    while (QWidget* pBelow = pRows->itemAt(nPosition)->widget()) { // stands under the fields then
+        pRows->removeWidget(pBelow);
+        m_pForm->setWidget(m_pForm->rowCount(), QFormLayout::FieldRole, pBelow);
+    }
+    m_pArea = new FormArea(m_pForm);
+    pRows->insertWidget(nPosition, m_pArea);
+    pRows->setSpacing(s_nGrid);
+}
+
+// Buttons share the whole width.
+void DialogPlacement::fitButtons()
+{
+    m_pButtons->setContentsMargins(0, 0, 0, 0);
+    m_pButtons->setSpacing(s_nGrid);
+    for (int i = 0; i < m_pButtons->count(); ++i) {
+        if (QSpacerItem* pSpacer = m_pButtons->itemAt(i)->spacerItem()) {
+            pSpacer->changeSize(0, 0, QSizePolicy::Fixed, QSizePolicy::Fixed);
+        }
+        if (QWidget* pButton = m_pButtons->itemAt(i)->widget()) {
+            pButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        }
+    }
+}
+
+void DialogPlacement::fitTargets(const QFont& oFont)
+{
+    const QSize oInitial = m_pDialog->size();
+    const QSize oScreen = visibleRect().size();
+    for (const int nTarget : s_oTargets) {
+        m_pDialog->setStyleSheet(touchSheet(nTarget, oFont));
+        refreshHints();
+        fitDateFields(nTarget);
+        refreshHints();
+        if (m_pDialog->minimumSizeHint().width() > oScreen.width()) {
+            m_pForm->setRowWrapPolicy(QFormLayout::WrapAllRows);
+            refreshHints();
+        }
+        m_nOutside = m_pDialog->sizeHint().height() - m_pArea->sizeHint().height();
+        m_pDialog->resize(wantedSize().expandedTo(oInitial).boundedTo(oScreen));
+        if (wantedSize().height() <= oScreen.height()) {
+            break;
+        }
+    }
+}
+
+// Their own hint leaves no room for the arrow beside the text.
+void DialogPlacement::fitDateFields(int nTarget)
+{
+    const QList<QDateTimeEdit*> oFields = m_pDialog->findChildren<QDateTimeEdit*>();
+    for (QDateTimeEdit* pField : oFields) {
+        const int nText = pField->fontMetrics().horizontalAdvance(pField->text() + ' ');
+        pField->setMinimumWidth(nText + nTarget + s_nFieldFrame);
+    }
+}
+
+// Else the hints would be those of the look before, until the dialog is shown.
+void DialogPlacement::refreshHints()
+{
+    const QList<QWidget*> oWidgets = m_pDialog->findChildren<QWidget*>();
+    for (const QWidget* pWidget : oWidgets) {
+        pWidget->ensurePolished();
+    }
+    std::for_each(oWidgets.rbegin(), oWidgets.rend(), [](QWidget* pWidget) { // the inner ones first
+        if (pWidget->layout()) {
+            pWidget->layout()->activate();
+        }
+        pWidget->updateGeometry();
+    });
+}
+
+bool DialogPlacement::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::Show) {
+        place();
+    } else if (pEvent->type() == QEvent::LayoutRequest && pWatched != m_pDialog) {
+        QMetaObject::invokeMethod(this, "place", Qt::QueuedConnection); // the layout has its new size by then
+    }
+    return QObject::eventFilter(pWatched, pEvent);
+}
+
+// Returns the size without scrolling, no narrower than the dialog is.
+QSize DialogPlacement::wantedSize() const
+{
+    return {qMax(m_pDialog->sizeHint().width(), m_pDialog->width()),
+            m_nOutside + m_pArea->sizeHint().height()};
+}
+
+void DialogPlacement::place()
+{
+    const QRect oVisible = visibleRect();
+    if (oVisible.isEmpty()) {
+        return;
+    }
+    m_pDialog->resize(wantedSize().boundedTo(oVisible.size()));
+
+    const int nLeft = oVisible.left() + (oVisible.width() - m_pDialog->width()) / 2;
+    const int nMiddle = oVisible.top() + (oVisible.height() - m_pDialog->height()) / 2;
+    m_pDialog->move(nLeft, qMax(nMiddle, oVisible.top()));
+    m_pArea->showFocus();
+}

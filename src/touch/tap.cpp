@@ -1,0 +1,37 @@
+#include "touch/tap.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScreen>
+
+namespace {
+
+constexpr qreal s_nTapMillimetres = 5;
+constexpr qreal s_nMillimetresPerInch = 25.4;
+constexpr qreal s_nMinimumDpi = 70;
+constexpr qreal s_nMaximumDpi = 300;
+
+} // namespace
+
+int Tap::distance()
+{
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    const qreal nDpi =
+        qBound(s_nMinimumDpi, pScreen ? pScreen->physicalDotsPerInch() : s_nMinimumDpi, s_nMaximumDpi);
+    return qRound(s_nTapMillimetres / s_nMillimetresPerInch * nDpi);
+}
+
+bool Tap::follow(const QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::MouseButtonPress || pEvent->type() == QEvent::MouseButtonDblClick) {
+        m_oPress = static_cast<const QMouseEvent*>(pEvent)->globalPos();
+        m_bPressed = true;
+        return false;
+    }
+    if (pEvent->type() != QEvent::MouseButtonRelease || !m_bPressed) {
+        return false;
+    }
+    m_bPressed = false;
+    const QPoint oMoved = static_cast<const QMouseEvent*>(pEvent)->globalPos() - m_oPress;
+    return oMoved.manhattanLength() <= distance();
+}

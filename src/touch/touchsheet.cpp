@@ -1,0 +1,65 @@
+#include "touch/touchsheet.h"
+
+namespace {
+
+// The logo's colours: accent #0b7f86, dark #1b2f3c. %1 is the height of a target, %2 that without the border,
+// %3 and %4 are the font.
+constexpr char s_szSheet[] = R"(
+QWidget { font-family: "%3"; font-size: %4px; }
+QDialog, QWidget#fields { background: white; }
+QFrame#frame { border: 2px solid #1b2f3c; background: white; }
+QLabel, QCheckBox { color: black; font-weight: bold; }
+QLabel:disabled, QCheckBox:disabled { color: #8a949a; }
+QLineEdit, QComboBox, QAbstractSpinBox {
+    min-height: %2px; border: 2px solid #a8b2b8; border-radius: 4px; padding: 0px 6px; background: white; color: black;
+    selection-background-color: #0b7f86; selection-color: white; }
+QLineEdit:focus, QComboBox:focus, QAbstractSpinBox:focus { border-color: #0b7f86; background: #eef8f8; }
+QLineEdit:disabled, QComboBox:disabled, QAbstractSpinBox:disabled {
+    border-color: #d5dbde; background: #eceff1; color: #8a949a; }
+QComboBox QLineEdit, QAbstractSpinBox QLineEdit {
+    min-height: 0px; border: none; border-radius: 0px; padding: 0px; background: transparent; }
+QComboBox { combobox-popup: 0; }
+QComboBox::drop-down, QDateTimeEdit::drop-down {
+    subcontrol-origin: border; subcontrol-position: center right; width: %1px; height: %1px; border: none; }
+QComboBox::down-arrow, QDateTimeEdit::down-arrow {
+    image: url(:/images/touch/arrow-down.png); width: 24px; height: 24px; }
+QComboBox::down-arrow:disabled, QDateTimeEdit::down-arrow:disabled {
+    image: url(:/images/touch/arrow-down-disabled.png); }
+QCheckBox { min-height: %1px; spacing: 6px; }
+QCheckBox::indicator { width: 28px; height: 28px; border: 2px solid #1b2f3c; border-radius: 4px; background: white; }
+QCheckBox::indicator:checked { background: #0b7f86; border-color: #0b7f86; image: url(:/images/touch/check.png); }
+QCheckBox::indicator:pressed { background: #1b2f3c; }
+QCheckBox:focus { color: #0b7f86; }
+QPushButton, QToolButton {
+    min-height: %2px; min-width: %2px; border: 2px solid #1b2f3c; border-radius: 4px; padding: 0px 6px;
+    background: white; color: #1b2f3c; outline: none; }
+QPushButton:focus, QToolButton:focus { border-color: #0b7f86; }
+QPushButton#applyButton { background: #0b7f86; border-color: #0b7f86; color: white; }
+QPushButton#applyButton:focus { border-color: #1b2f3c; }
+QPushButton:pressed, QPushButton#applyButton:pressed, QToolButton:pressed {
+    background: #1b2f3c; border-color: #1b2f3c; color: white; }
+QPushButton:disabled, QToolButton:disabled { border-color: #d5dbde; background: #eceff1; color: #8a949a; }
+QProgressBar { border: none; background: transparent; }
+QProgressBar::chunk { background: white; width: 12px; margin-right: 6px; }
+QListView {
+    border: 2px solid #1b2f3c; background: white; color: black; outline: none;
+    selection-background-color: #0b7f86; selection-color: white; }
+QListView::item { min-height: %1px; padding: 0px 6px; border: none; background: white; color: black; }
+QListView::item:selected { background: #0b7f86; color: white; }
+QScrollBar:vertical { width: 8px; background: #dcdcdc; }
+QScrollBar::handle { background: #78828c; border-radius: 2px; margin: 2px; min-height: 36px; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
+QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+)";
+constexpr int s_nBorders = 4;
+
+} // namespace
+
+QString touchSheet(int nTarget, const QFont& oFont)
+{
+    return QString(s_szSheet)
+        .arg(nTarget)
+        .arg(nTarget - s_nBorders)
+        .arg(oFont.family())
+        .arg(oFont.pixelSize());
+}
