@@ -1,5 +1,6 @@
 #include "touch/dialogplacement.h"
 
+#include "touch/dialogwindow.h"
 #include "touch/formarea.h"
 #include "touch/touchcombobox.h"
 #include "touch/touchsheet.h"
@@ -38,7 +39,7 @@ QRect visibleRect()
 } // namespace
 
 DialogPlacement::DialogPlacement(QDialog* pDialog, const QFont& oFont)
-    : QObject(pDialog), m_pDialog(pDialog),
+    : QObject(pDialog), m_pDialog(pDialog), m_pWindow(new DialogWindow(pDialog)),
       m_pForm(pDialog->findChild<QFormLayout*>(QStringLiteral("formLayout"))),
       m_pButtons(pDialog->findChild<QBoxLayout*>(QStringLiteral("horizontalLayout")))
 {
@@ -151,7 +152,7 @@ bool DialogPlacement::eventFilter(QObject* pWatched, QEvent* pEvent)
 // Returns the size without scrolling, no narrower than the dialog is.
 QSize DialogPlacement::wantedSize() const
 {
-    return {qMax(m_pDialog->sizeHint().width(), m_pDialog->width()),
+    return {qMax(m_pWindow->sizeHint().width(), m_pWindow->size().width()),
             m_nOutside + m_pArea->sizeHint().height()};
 }
 
@@ -161,10 +162,9 @@ void DialogPlacement::place()
     if (oVisible.isEmpty()) {
         return;
     }
-    m_pDialog->resize(wantedSize().boundedTo(oVisible.size()));
-
-    const int nLeft = oVisible.left() + (oVisible.width() - m_pDialog->width()) / 2;
-    const int nMiddle = oVisible.top() + (oVisible.height() - m_pDialog->height()) / 2;
-    m_pDialog->move(nLeft, qMax(nMiddle, oVisible.top()));
+    const QSize oSize = wantedSize().boundedTo(oVisible.size());
+    const int nLeft = oVisible.left() + (oVisible.width() - oSize.width()) / 2;
+    const int nTop = oVisible.top() + (oVisible.height() - oSize.height()) / 2;
+    m_pWindow->setRect(QRect(QPoint(nLeft, nTop), oSize));
     m_pArea->showFocus();
 }

@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QObject>
 
+class DialogWindow;
 class FormArea;
 class QBoxLayout;
 class QDialog;
@@ -45,6 +46,7 @@ private:
     QSize wantedSize() const;
 
     QDialog* m_pDialog;
+    DialogWindow* m_pWindow;
     QFormLayout* m_pForm;
     QBoxLayout* m_pButtons;
     FormArea* m_pArea = nullptr;

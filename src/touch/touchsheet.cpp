@@ -6,7 +6,7 @@ namespace {
 // %3 and %4 are the font.
 constexpr char s_szSheet[] = R"(
 QWidget { font-family: "%3"; font-size: %4px; }
-QDialog, QWidget#fields { background: white; }
+QWidget#fields { background: white; }
 QFrame#frame { border: 2px solid #1b2f3c; background: white; }
 QLabel, QCheckBox { color: black; font-weight: bold; }
 QLabel:disabled, QCheckBox:disabled { color: #8a949a; }

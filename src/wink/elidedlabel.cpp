@@ -43,7 +43,10 @@ void ElidedLabel::paintEvent(QPaintEvent* pEvent)
 
 QStringList ElidedLabel::wrappedLines(int nWidth, int nMaxLines) const
 {
-    const QString strText = text().left(s_nMaxCharacters);
+    QString strText = text().left(s_nMaxCharacters);
+    if (!strText.isEmpty() && strText.at(strText.size() - 1).isHighSurrogate()) {
+        strText.chop(1);
+    }
     QTextLayout oLayout(strText, font());
     QTextOption oOption;
     oOption.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

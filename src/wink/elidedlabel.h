@@ -4,22 +4,23 @@
 #include <QStringList>
 
 /**
- * A label for texts of any length in a place of fixed size. The text is plain, never markup; it is wrapped,
- * inside words where it must be, and ends in "…" where the height is not enough. text() stays whole.
+ * A label for texts of any length in a place of fixed size. The text is plain, never markup. It wraps between
+ * words, or inside a word that is wider than the label, and ends in "…" if the label is too low for it.
+ * text() returns all of it.
  */
 class ElidedLabel : public QLabel
 {
 public:
-    /** Makes an empty label for plain text. */
+    /** Creates an empty label. */
     explicit ElidedLabel(QWidget* pParent = nullptr);
 
-    /** Returns the size of one line, without a demand for width. */
+    /** Returns the height of one line; the width is 0. */
     QSize sizeHint() const override;
 
     /** Returns sizeHint(). */
     QSize minimumSizeHint() const override;
 
-    /** Returns the height in pixels of all lines that the text takes in nWidth pixels. */
+    /** Returns the height in pixels of the whole text, wrapped at nWidth pixels. */
     int heightForWidth(int nWidth) const override;
 
 protected:

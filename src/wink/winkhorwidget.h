@@ -6,8 +6,8 @@
 class Ui_winkHorWidget;
 
 /**
- * The overlay for landscape screens: a hand that blinks, the device's name and its address. What it shares
- * with the other overlay is in WinkOverlay.
+ * The overlay for landscape screens: a blinking hand, the device's name and its address. WinkOverlay has what
+ * both overlays share.
  */
 class WinkHorWidget : public QWidget
 {
@@ -15,16 +15,15 @@ class WinkHorWidget : public QWidget
 
 public:
     /**
-     * Builds the overlay in the middle of the first screen.
+     * Builds the overlay in the middle of the first screen, hidden.
      *
-     * The name is asked of the platform client here, once (required by the device's other software), the
-     * address also at each blink.
+     * Reads the name from the platform client once, the address at each blink.
      */
     explicit WinkHorWidget(QWidget* pParent = nullptr);
     ~WinkHorWidget() override;
 
 protected:
-    /** Starts the blinking, which never ends (required by the device's other software). */
+    /** Starts the blink timer, which nothing stops. */
     void showEvent(QShowEvent* pEvent) override;
 
 private slots:

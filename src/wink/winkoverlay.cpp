@@ -1,36 +1,31 @@
 #include "wink/winkoverlay.h"
 
 #include "platform/ovikplatform.h"
+#include "wink/overlaywindow.h"
 
-#include <QApplication>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
-#include <QWindow>
 
-namespace {
-
-void raiseIfShown(QWidget* pWidget)
-{
-    if (pWidget->isVisible()) {
-        pWidget->raise();
-    }
-}
-
-} // namespace
-
-WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand) : QObject(pWidget), m_pWidget(pWidget)
+WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand) : QObject(pWidget)
 {
     pWidget->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
-    // A window manager would keep a full-screen window with the keyboard, and its dialogs, above all others:
-    // the native window is none of its.
-    pWidget->winId();
-    pWidget->windowHandle()->setFlag(Qt::BypassWindowManagerHint);
+    new OverlayWindow(pWidget);
 
     QSizePolicy oPolicy = pHand->sizePolicy();
     oPolicy.setRetainSizeWhenHidden(true);
     pHand->setSizePolicy(oPolicy);
-    connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(onFocusWindowChanged(QWindow*)));
+    pWidget->installEventFilter(this);
+}
+
+bool WinkOverlay::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::Close) {
+        pEvent->ignore();
+        return true;
+    }
+    return QObject::eventFilter(pWatched, pEvent);
 }
 
 void WinkOverlay::showAddress(QLabel* pAddress)
@@ -55,32 +50,7 @@ void WinkOverlay::centre(QWidget* pWidget)
 
 void WinkOverlay::blink(QLabel* pHand, QLabel* pAddress)
 {
-    pHand->setVisible(!pHand->isVisible());
+    pHand->setVisible(!pHand->isVisible()); // Kept, see docs/compatibility.md
     showAddress(pAddress);
-    raiseIfShown(pHand->window()); // above what other programs have opened
-}
-
-void WinkOverlay::onFocusWindowChanged(QWindow* pWindow)
-{
-    if (pWindow == m_pWidget->windowHandle()) {
-        giveKeyboardBack();
-    } else if (pWindow) {
-        raiseIfShown(m_pWidget);
-    }
-}
-
-// Some platforms activate whatever comes to the top.
-void WinkOverlay::giveKeyboardBack()
-{
-    if (QWindow* pDialog = QGuiApplication::modalWindow()) {
-        pDialog->requestActivate();
-        return;
-    }
-    const QWindowList oWindows = QGuiApplication::topLevelWindows();
-    for (QWindow* pWindow : oWindows) {
-        if (pWindow->isVisible() && !pWindow->flags().testFlag(Qt::BypassWindowManagerHint)) {
-            pWindow->requestActivate();
-            return;
-        }
-    }
+    pHand->window()->raise(); // above windows of other programs
 }

@@ -4,11 +4,10 @@
 
 class QLabel;
 class QWidget;
-class QWindow;
 
 /**
- * What the two overlays have in common. An instance belongs to one of them and keeps it above every other
- * window of the program while the keyboard stays with the window that had it.
+ * What the two overlays share. An instance belongs to one overlay, keeps it above all other windows, leaves
+ * the keyboard to the window that had it, and refuses to close.
  */
 class WinkOverlay : public QObject
 {
@@ -19,33 +18,23 @@ public:
     static constexpr int s_nBlinkMilliseconds = 1000;
 
     /**
-     * Makes pWidget a window without frame that stays on top.
-     * @param pHand keeps its place in the layout while it blinks
+     * Makes pWidget a frameless window that stays on top.
+     * @param pHand keeps its place in the layout while it is hidden
      */
     WinkOverlay(QWidget* pWidget, QLabel* pHand);
 
-    /** Shows the device's address, as the platform client tells it now; an empty text if there is none. */
+    /** Refuses to close the overlay: the runtime alone ends a wink. */
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+    /** Shows the best interface address that the platform client has; an empty text if there is none. */
     static void showAddress(QLabel* pAddress);
 
-    /** Shows the device's name as the platform client knows it, never as markup. */
+    /** Shows the device name that the platform client has. */
     static void showDeviceName(QLabel* pDeviceName);
 
-    /** Moves the widget, which has its size, to the middle of the first screen, if there is one. */
+    /** Moves the widget to the middle of the first screen, if there is one. */
     static void centre(QWidget* pWidget);
 
-    /**
-     * One blink step: the hand disappears or comes back, and the address is read again.
-     *
-     * An overlay that is hidden while the hand is away comes back without it (required by the device's other
-     * software).
-     */
+    /** One blink step: hides or shows the hand, and reads the address again. */
     static void blink(QLabel* pHand, QLabel* pAddress);
-
-private slots:
-    void onFocusWindowChanged(QWindow* pWindow);
-
-private:
-    void giveKeyboardBack();
-
-    QWidget* m_pWidget;
 };

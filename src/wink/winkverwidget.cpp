@@ -21,7 +21,7 @@ WinkVerWidget::~WinkVerWidget()
 
 void WinkVerWidget::showEvent(QShowEvent* pEvent)
 {
-    m_oTimer.start();
+    m_oTimer.start(); // Kept, see docs/compatibility.md
     QWidget::showEvent(pEvent);
 }
 

@@ -6,9 +6,8 @@
 class Ui_winkVerWidget;
 
 /**
- * The overlay for narrow screens: a hand that blinks, the device's name and its address. What it shares with
- * the other overlay is in WinkOverlay. Its least and its greatest height differ by
- * three pixels (required by the device's other software).
+ * The overlay for screens up to 480 pixels wide: a blinking hand, the device's name and its address.
+ * WinkOverlay has what both overlays share.
  */
 class WinkVerWidget : public QWidget
 {
@@ -16,16 +15,15 @@ class WinkVerWidget : public QWidget
 
 public:
     /**
-     * Builds the overlay in the middle of the first screen.
+     * Builds the overlay in the middle of the first screen, hidden.
      *
-     * The name is asked of the platform client here, once (required by the device's other software), the
-     * address also at each blink.
+     * Reads the name from the platform client once, the address at each blink.
      */
     explicit WinkVerWidget(QWidget* pParent = nullptr);
     ~WinkVerWidget() override;
 
 protected:
-    /** Starts the blinking, which never ends (required by the device's other software). */
+    /** Starts the blink timer, which nothing stops. */
     void showEvent(QShowEvent* pEvent) override;
 
 private slots:

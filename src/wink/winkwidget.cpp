@@ -67,6 +67,7 @@ bool EventGrabber::event(QEvent* pEvent)
         onTimeOut();
         m_oTimer.stop();
     }
+    // Kept, see docs/compatibility.md
     return QObject::event(pEvent);
 }
 

@@ -23,8 +23,8 @@ class EventGrabber : public QObject
     Q_OBJECT
 
 public:
-    /** Returns the one instance; creates it on the first call. It lives until the process ends, and so does
-     * the overlay. */
+    /** Returns the one instance; creates it on the first call. It and its overlay live until the process
+     * ends. */
     static EventGrabber* getInstance();
 
     ~EventGrabber() override;
@@ -32,8 +32,8 @@ public:
     /**
      * Handles eWinkEvent_On (shows the overlay for one minute from now) and eWinkEvent_Off (hides it).
      *
-     * The first wink makes the overlay: WinkHorWidget if the first screen is more than 480 pixels wide, else
-     * WinkVerWidget. It is kept for the next winks.
+     * The first wink creates the overlay, a WinkHorWidget if the first screen is more than 480 pixels wide,
+     * else a WinkVerWidget. Later winks show it again.
      * @return true for wink on; the base class's result for every other event
      */
     bool event(QEvent* pEvent) override;

@@ -14,20 +14,22 @@ private slots:
     {
         QTest::addColumn<QSize>("screen");
         QTest::addColumn<QRect>("rect");
-        QTest::newRow("winkVerWidget, cut") << QSize(272, 480) << QRect(-29, 122, 330, 235);
-        QTest::newRow("winkVerWidget") << QSize(480, 271) << QRect(75, 18, 330, 235);
-        QTest::newRow("winkHorWidget") << QSize(481, 320) << QRect(30, 84, 420, 151);
+        QTest::addColumn<QString>("name");
+        QTest::newRow("winkVerWidget, cut") << QSize(272, 480) << QRect(-29, 122, 330, 235)
+                                            << "<i>Controller</i> 500/600 of hall 7, press line 12, no. 4711";
+        QTest::newRow("winkVerWidget") << QSize(480, 271) << QRect(75, 18, 330, 235) << "";
+        QTest::newRow("winkHorWidget")
+            << QSize(481, 320) << QRect(30, 84, 420, 151)
+            << "OneWordOfSoManyLettersThatNoLabelOfTheOverlayHasRoomForItOnOneLineOrTwo";
     }
 
     void identifiesTheDevice()
     {
         QFETCH(QSize, screen);
+        QFETCH(QString, name);
         const QString strOverlay = QString(QTest::currentDataTag()).section(',', 0, 0);
         const QString strDocument = "{\"version\":1,\"interfaces\":[{\"name\":\"e\",\"hidden\":false,"
                                     "\"actual_ip_address\":\"%1\"}]}";
-        // The last name before the first wink counts, also if it is empty.
-        const QString strName =
-            screen.width() == 480 ? "" : "<i>Controller</i> 500/600 of hall 7, press line 12, no. 4711";
         PrivateBus oBus;
         SimulatorProcess oService;
         QVERIFY(oBus.start() && oService.start(oBus));
@@ -36,7 +38,8 @@ private slots:
         const Display oDisplay(screen);
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
-        oPanel.send("dFirst\nd" + strName.toUtf8() + "\nw0\nw2\nw\nW1\nv1\n");
+        // The last name before the first wink counts, also if it is empty.
+        oPanel.send("dFirst\nd" + name.toUtf8() + "\nw0\nw2\nw\nW1\nv1\n");
         QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1"), QString("1"));
         QVERIFY(oPanel.widget(strOverlay).isEmpty());
         oPanel.send("w1abc\ndLast\n");
@@ -55,11 +58,11 @@ private slots:
             QVERIFY2(!oTaken.intersects(oLabel.rect()), szName);
             oTaken += oLabel.rect();
         }
-        QCOMPARE(oShown.join('|'), "WINK Command Active|Device:|IP Address:|" + strName + "|192.168.100.200");
+        QCOMPARE(oShown.join('|'), "WINK Command Active|Device:|IP Address:|" + name + "|192.168.100.200");
         // The name has as many lines as it needs, and the texts stay where they are while the hand blinks.
         const QRect oAddress = oPanel.widget("lbl_IP").rect();
         const int nNameHeight = oPanel.widget("lbl_DeviceName").rect().height();
-        QCOMPARE(nNameHeight > 2 * oAddress.height(), !strName.isEmpty());
+        QCOMPARE(nNameHeight > 2 * oAddress.height(), !name.isEmpty());
         for (const bool bVisible : {false, true}) {
             QVERIFY(oPanel.waitForVisible("label", bVisible));
             QCOMPARE(oPanel.widget("lbl_IP").rect(), oAddress);

@@ -16,7 +16,7 @@ time_t s_nSkippedSeconds = 0;
 
 } // namespace
 
-// Timers ask for the time here, so a minute can be skipped.
+// Timers read the time here, so that a test can skip a minute.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int clock_gettime(clockid_t nClock, timespec* pTime) noexcept
 {
@@ -25,13 +25,13 @@ extern "C" int clock_gettime(clockid_t nClock, timespec* pTime) noexcept
     return static_cast<int>(nResult);
 }
 
-/** The overlay among other windows of its process, and its time limit. */
+/** The overlay among other windows, and its time limit. */
 class TestWinkWidget : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void vanishesAMinuteAfterTheLastWink()
+    void hidesAMinuteAfterTheLastWink()
     {
         wink(1001);
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
@@ -77,12 +77,26 @@ private slots:
         }
     }
 
+    void comesBackAboveAnotherWindowAndCannotBeClosed()
+    {
+        wink(1000);
+        QTRY_VERIFY(isSeenWhole());
+        QWidget oOther(nullptr,
+                       Qt::ToolTip | Qt::WindowStaysOnTopHint); // takes no keyboard, as if of another program
+        oOther.setGeometry(QGuiApplication::primaryScreen()->geometry());
+        oOther.show();
+        oOther.raise();
+        QTRY_VERIFY(!isSeenWhole());
+        QTRY_VERIFY(isSeenWhole());
+        QVERIFY(!m_pOverlay->close() && m_pOverlay->isVisible());
+    }
+
 private:
     static void wink(int nType)
     {
         QCoreApplication::postEvent(EventGrabber::getInstance(),
                                     new QEvent(static_cast<QEvent::Type>(nType)));
-        QTest::qWait(100); // whoever takes the keyboard has it by now
+        QTest::qWait(100); // a window that takes the keyboard has it by now
     }
 
     bool isSeenWhole() const
@@ -103,6 +117,7 @@ int main(int argc, char* argv[])
     qputenv("QT_QPA_PLATFORM", PLATFORM);
     ChildProcess oManager;
     oManager.startAndReadLine("sh", {"-c", MANAGER});
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets); // as the panel draws
     QApplication oApplication(argc, argv);
     TestWinkWidget oTest;
     return QTest::qExec(&oTest, argc, argv);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+class QDialog;
+class QRect;
+
+/**
+ * Puts a dialog where it belongs on the screen.
+ *
+ * A client of a Wayland compositor cannot place its windows, and some compositors raise the panel above a
+ * dialog when a finger touches it. There the dialog's window covers the whole screen and is transparent
+ * around the dialog's frame.
+ */
+class DialogWindow : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** @param pDialog a dialog that is not shown yet; its layout has no margins */
+    explicit DialogWindow(QDialog* pDialog);
+
+    /** Moves and resizes the dialog; oRect is in pixels of the screen. */
+    void setRect(const QRect& oRect);
+
+    /** Returns the size in pixels of what is seen of the dialog. */
+    QSize size() const;
+
+    /** Returns the size in pixels that the dialog's layout asks for. */
+    QSize sizeHint() const;
+
+    /** Prepares the native window to be shown; never true. */
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+private:
+    QDialog* m_pDialog;
+};
