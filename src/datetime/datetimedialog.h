@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datetime/ntpstatus.h"
 #include "json/elements.h"
 
 #include <QDateTime>
@@ -7,34 +8,27 @@
 #include <QPointer>
 #include <QProcess>
 
+class BusyMark;
+class ToolProcess;
 class Ui_DateTimeDialog;
 
 /** What the dialog's one child process is running. */
 enum eProcessType {
     eProcessType_GetTimeZoneList = 0,      /**< lists the time zones */
-    eProcessType_GetCurrentTimeZone = 1,   /**< tells the current one */
+    eProcessType_GetCurrentTimeZone = 1,   /**< reads the current one */
     eProcessType_SetCurrentTimeZone = 2,   /**< sets the chosen one */
     eProcessType_SetCurrentDateTime = 3,   /**< never started: the clocks are set without a process */
     eProcessType_GetNTPDateTimeStatus = 4, /**< asks the NTP daemon for its first peer */
     eProcessType_SetNTPSettings = 5        /**< writes the configuration of the NTP daemon */
 };
 
-/** What is known of the NTP daemon. */
-struct sNTPInfo
-{
-    bool m_bIsNtpdEnabled = false; /**< not used: the check box is set from the platform service */
-    QString m_strLastUpdate; /**< when the first peer was heard last: "64", "3h", "2d"; empty if unknown */
-    QString m_strStatus;     /**< which of its last answers came, in octal: "377" for all */
-    QString m_strServer;     /**< not used */
-};
-
 /**
  * The dialog that sets the time zone, the date and time, and whether the time comes from an NTP server.
  *
- * What it shows it reads through tools of the platform, which run one after the other as child processes;
- * nothing waits for them, and they end with the dialog. Apply sets the time zone first, then either the
- * clocks (and the NTP daemon off) or the NTP daemon's configuration (and the daemon on); the dialog stays
- * open. Failures are logged as warnings and never shown. docs/date-and-time.md lists the tools and files.
+ * Tools of the platform read what it shows. They run one after the other as child processes; nothing waits
+ * for them, and they end with the dialog. Apply sets the time zone first, then either the clocks (and the NTP
+ * daemon off) or the NTP daemon's configuration (and the daemon on); the dialog stays open. Failures are
+ * logged as warnings and never shown. docs/date-and-time.md lists the tools and files.
  */
 class DateTimeDialog : public QDialog
 {
@@ -63,10 +57,8 @@ private slots:
 private:
     void updateUI();
     void runProcess(eProcessType eType);
-    void startTool(eProcessType eType);
-    void startScript(const QString& strScript);
+    void startTool(ToolProcess& oTool, eProcessType eType);
     void destroyProcess();
-    void append(QString& strOutput, const QString& strPiece, int nMaxSize);
     void updateCurrentTimezone();
     void setTimeZone();
     void saveFromUI();
@@ -77,11 +69,11 @@ private:
     static bool getAutoUpdateAddressFromJSONObject(const json::Object& root, QString& address);
     void restartNTPDServer();
 
+    void fitForFinger();
+    void saveNTPConfiguration();
     void showTimeZones();
     void selectCurrentTimezone();
     void readNTPStatus();
-    QString lastSyncText() const;
-    void readAutoUpdateAddress();
 
     Ui_DateTimeDialog* ui;
     QString m_strAutoUpdateAddress;
@@ -91,5 +83,6 @@ private:
     QString m_strCurreTimeZone;
     sNTPInfo m_oNTPInfo;
     QDateTime m_oInitialDateTime;
-    QString m_strPeer; // what has come of the NTP daemon's first peer
+    QString m_strPeer;               // what has come of the NTP daemon's first peer
+    BusyMark* m_pBusyMark = nullptr; // on Apply, until the chain of tools has ended
 };

@@ -1,8 +1,10 @@
 #include "datetime/systemclock.h"
 
+#include <QDateTime>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
+#include <limits>
 #include <linux/rtc.h>
 #include <sys/ioctl.h>
 #include <sys/time.h>
@@ -10,6 +12,7 @@
 
 namespace {
 
+constexpr uint s_nNoTime = std::numeric_limits<uint>::max(); // of a date that the clock cannot have
 constexpr char s_szRTCPath[] = "/dev/rtc";
 constexpr char s_szOtherRTCPath[] = "/dev/misc/rtc";
 
@@ -41,6 +44,12 @@ rtc_time rtcTime(const tm& oTime)
 }
 
 } // namespace
+
+bool writeLocalTime(const QDate& oDate, const QTime& oTime)
+{
+    const uint nSeconds = QDateTime(oDate, oTime).toTime_t();
+    return nSeconds != s_nNoTime && writeCurrentTime(static_cast<long>(nSeconds));
+}
 
 bool writeCurrentTime(long t)
 {

@@ -5,11 +5,12 @@
 
 namespace {
 
+constexpr int s_nMaxOutput = 4096;
 constexpr int s_nKilledMilliseconds = 50; // far more than a killed process takes, too little to be noticed
 
 } // namespace
 
-ToolProcess::ToolProcess(QObject* pParent) : QProcess(pParent)
+ToolProcess::ToolProcess(QObject* pParent) : QProcess(pParent), m_nOutputLeft(s_nMaxOutput)
 {
     setProcessChannelMode(ForwardedErrorChannel);
     setStandardInputFile(nullDevice());
@@ -22,6 +23,23 @@ ToolProcess::~ToolProcess()
         ToolProcess::close();
         setProcessState(NotRunning); // else the base class would wait for half a minute
     }
+}
+
+void ToolProcess::startScript(const QString& strScript)
+{
+    if (!strScript.isEmpty()) {
+        start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), strScript});
+    }
+}
+
+QString ToolProcess::takeText()
+{
+    const QString strText = QString::fromLatin1(readAllStandardOutput().constData()).left(m_nOutputLeft);
+    m_nOutputLeft -= strText.size();
+    if (m_nOutputLeft == 0) {
+        killGroup();
+    }
+    return strText;
 }
 
 void ToolProcess::close()

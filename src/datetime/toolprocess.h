@@ -18,6 +18,19 @@ public:
     /** Ends the tool as close() does. */
     ~ToolProcess() override;
 
+    /** Starts the shell with a script as its argument; does nothing if the script is empty. */
+    void startScript(const QString& strScript);
+
+    /** Changes how much of the output is used: 4096 characters at first. */
+    void setMaxOutput(int nMaxOutput) { m_nOutputLeft = nMaxOutput; }
+
+    /**
+     * Returns what the tool has written since the last call, as Latin-1 and up to the first NUL.
+     *
+     * With all the output that is used, the tool is killed with all that it has started.
+     */
+    QString takeText();
+
     /**
      * Kills the tool, if it runs, with all that it has started, and emits the signals of its end.
      *
@@ -25,10 +38,12 @@ public:
      */
     void close() override;
 
-    /** Kills the tool, which must run, with all that it has started, and waits for nothing. */
-    void killGroup();
-
 protected:
     /** Gives the child its process group. */
     void setupChildProcess() override;
+
+private:
+    void killGroup();
+
+    int m_nOutputLeft;
 };

@@ -1,3 +1,4 @@
+#include "clocks.h"
 #include "datetime/datetimedialog.h"
 #include "platform/ovikplatform.h"
 #include "support/simulatorprocess.h"
@@ -6,319 +7,274 @@
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QFile>
-#include <QHash>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QTest>
 
-#include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
-#include <functional>
-#include <sys/time.h>
-
 namespace {
 
-QStringList g_oTranscript;
-QString g_strClock; // what is wrong with the clocks
-int g_nRTC = -1;
+std::unique_ptr<DateTimeDialog> g_pDialog;
+QStringList g_oLog;
 
-void note(QChar cKind, const QString& strText)
+void takeMessage(QtMsgType /*eType*/, const QMessageLogContext& /*oContext*/, const QString& strText)
 {
-    if (cKind == '#' && !g_oTranscript.isEmpty() && g_oTranscript.last().startsWith(cKind)) {
-        g_oTranscript.last() += ", " + strText;
-    } else {
-        g_oTranscript += cKind + QStringLiteral(" ") + strText.left(500);
-    }
-}
-
-void noteMessage(QtMsgType /*eType*/, const QMessageLogContext& /*oContext*/, const QString& strText)
-{
-    if (strText.startsWith("This plugin does not")) {
-        return; // of the offscreen platform
-    }
-    static const QRegularExpression s_oWithId("^(onProcessStarted|onProcessError).* ");
-    const QString strStart = s_oWithId.match(strText).captured();
-    note('!', strStart.isEmpty() ? strText : strStart + "ID");
-    // The output of a process may overtake the news of its start.
+    static const QRegularExpression s_oError("(onProcessError.*) \\d+");
     if (strText.startsWith("onProcessStarted")) {
-        int nPlace = g_oTranscript.lastIndexOf(QRegularExpression("^(! onProcess.*|[^!].*)"), -2) + 1;
-        g_oTranscript.move(g_oTranscript.size() - 1, nPlace);
+        const QProcess* pTool = g_pDialog->findChildren<QProcess*>().last();
+        g_oLog += (QStringList("started " + pTool->program()) + pTool->arguments()).join(' ');
+    } else if (!strText.startsWith("This plugin does not")) { // of the offscreen platform
+        g_oLog += QString(strText).replace(s_oError, "\\1");
     }
 }
 
-void waitFor(const std::function<bool()>& isDone)
+QByteArray contents(const QString& strPath)
 {
-    if (!QTest::qWaitFor(isDone, 60000)) {
-        note('!', "waited in vain");
-    }
+    QFile oFile(strPath);
+    return oFile.open(QIODevice::ReadOnly) ? oFile.readAll() : QByteArray();
 }
 
-// Leaves out what comes on a good device, too, and puts the rest of what came of an action on one line.
-void simplify(int nBegin)
+bool runInShell(const QString& strCommand)
 {
-    static const QRegularExpression s_oUnusual(
-        "^(?!\\+|! (onProcess(Started|Finished exitCode: [01] .*Normal)|onReady.* \"Europe/Rome\"$|"
-        "\"64\" \"377\"|\"(\\\\.|[^\"\\\\])*\"?$))");
-    const QString strOutcome = g_oTranscript.mid(nBegin).filter(s_oUnusual).join(' ');
-    g_oTranscript = g_oTranscript.mid(0, nBegin);
-    if (strOutcome.isEmpty()) {
-        return;
-    }
-    if (g_oTranscript.last().size() + strOutcome.size() < 108) {
-        g_oTranscript.last() += " => " + strOutcome;
-    } else {
-        g_oTranscript += "=> " + strOutcome;
-    }
+    return QProcess::execute("bash", {"-c", strCommand}) == 0;
+}
+
+bool nothingSleeps() // of what the tools have started
+{
+    return runInShell("! /bin/cat /proc/[0-9]*/cmdline 2>/dev/null | tr '\\0' ' ' | grep -q 'sleep 100[0]'");
 }
 
 } // namespace
 
-// The clocks, in place of the real ones.
-extern "C" {
-int __real_open(const char* szPath, int nFlags, mode_t nMode);
-int __real_ioctl(int nDescriptor, unsigned long nRequest, void* pArgument);
-int __real_close(int nDescriptor);
-
-int __wrap_settimeofday(const timeval* pTime, const void* pZone)
-{
-    const QString strTime = QStringLiteral("settimeofday %1 %2 ").arg(pTime->tv_sec).arg(pTime->tv_usec);
-    note('#', strTime + (pZone ? "zone" : "null"));
-    errno = EPERM;
-    return g_strClock == "refused" ? -1 : 0;
-}
-
-int __wrap_open(const char* szPath, int nFlags, mode_t nMode)
-{
-    if (!QByteArray(szPath).endsWith("/rtc")) {
-        return __real_open(szPath, nFlags, nMode);
-    }
-    note('#', QStringLiteral("open %1 %2").arg(szPath).arg((nFlags & O_ACCMODE) == O_WRONLY));
-    errno = ENOENT;
-    const QString strRTC = g_strClock == "none" ? "" : g_strClock == "misc" ? "/dev/misc/rtc" : "/dev/rtc";
-    return g_nRTC = szPath == strRTC ? __real_open("/dev/null", O_WRONLY, 0) : -1;
-}
-
-int __wrap_ioctl(int nDescriptor, unsigned long nRequest, void* pArgument)
-{
-    if (nRequest != 0x4024700A) {
-        return __real_ioctl(nDescriptor, nRequest, pArgument);
-    }
-    const auto* pFields = static_cast<const int*>(pArgument); // nine numbers
-    QString strFields;
-    for (int i = 0; i < 9; ++i) {
-        strFields += ' ' + QString::number(pFields[i]);
-    }
-    note('#', QStringLiteral("ioctl %1:").arg(nDescriptor == g_nRTC) + strFields);
-    errno = nDescriptor < 0 ? EBADF : EINVAL;
-    return nDescriptor < 0 || g_strClock == "stuck" ? -1 : 0;
-}
-
-int __wrap_close(int nDescriptor)
-{
-    if (nDescriptor == g_nRTC) {
-        note('#', QStringLiteral("close %1").arg(nDescriptor < 0 ? "nothing" : "RTC"));
-    }
-    return __real_close(nDescriptor);
-}
-
-void __wrap_perror(const char* szText)
-{
-    note('!', QStringLiteral("%1: %2").arg(szText, strerror(errno)));
-}
-}
-
-// The dialog on a simulated device. scenarios.txt tells what is done to both and what comes of it.
-class DateTimeDialogTest : public QObject
+/** The dialog on a simulated device, with clocks that only note what they are asked for. */
+class TestDateTimeDialog : public QObject
 {
     Q_OBJECT
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_oBus.start() && m_oSimulator.start(m_oBus));
+        QVERIFY(m_oBus.start() && m_oService.start(m_oBus));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_oBus.address().toUtf8());
+        qputenv("PATH", "/tmp/tools:" + qgetenv("PATH"));
         QVERIFY(OVIKPlatform::getInstance()->Init());
+        qInstallMessageHandler(takeMessage);
     }
 
-    void plays_data()
+    void init()
     {
-        QTest::addColumn<QStringList>("oLines");
-        QFile oFile(QFINDTESTDATA("scenarios.txt"));
-        QVERIFY(oFile.open(QIODevice::ReadOnly));
-        const QStringList oScenarios = QString::fromUtf8(oFile.readAll()).split("\n[");
-        for (const QString& strScenario : oScenarios.mid(1)) {
-            QStringList oLines = strScenario.split('\n', Qt::SkipEmptyParts);
-            const QString strName = oLines.takeFirst().chopped(1);
-            QTest::newRow(qPrintable(strName)) << oLines;
-        }
-    }
-
-    void plays()
-    {
-        QFETCH(QStringList, oLines);
-        g_oTranscript.clear();
-        g_strClock.clear();
-        runInShell("fnDevice");
+        QVERIFY(runInShell("rm -rf /etc/{kadconfig,ntp.conf,timezone,localtime} /tmp/{tools,hangs}; "
+                           "mkdir /tmp/tools; " DEVICE_TOOLS));
+        setTool("kadconfig-gen-timezones.sh", "echo \"['Asia/Tokyo', 'Europe/Rome', 'UTC']\"");
         OVIKPlatform::getInstance()->restartNTPDService(false);
         takeCalls();
-        g_oTranscript.clear();
-        QFile::remove("/tmp/commands");
-        const QtMessageHandler pHandler = qInstallMessageHandler(noteMessage);
-        for (const QString& strLine : qAsConst(oLines)) {
-            if (!QString("=!#>|+").contains(strLine[0])) {
-                play(strLine.section(" => ", 0, 0));
-            }
+    }
+
+    void cleanup() { g_pDialog.reset(); }
+
+    void readsThenSetsNTP()
+    {
+        const QString strFinished = "onProcessFinished exitCode: 0 exitStatus QProcess::NormalExit 0";
+        open();
+        g_oLog.sort(); // output may come before the news of the start
+        QCOMPARE(
+            g_oLog,
+            (QStringList{"\"64\" \"377\"", "\"{\\\"ntp\\\" : {\\\"server\\\" : \\\"192.168.1.1\\\"}}\\n\"",
+                         strFinished, strFinished, strFinished,
+                         "onReadyReadStandardOutput Current timezone \"Europe/Rome\"",
+                         "started /bin/sh -c #!/bin/sh\n\nntpq -pn | sed -n 3p\n",
+                         "started /usr/bin/kadconfig-gen-timezones.sh", "started cat /etc/timezone"}));
+        QCOMPARE(shown(), "Europe/Rome of 3, Last sync:64 secs ago");
+        QCOMPARE(m_pServer->text(), "192.168.1.1");
+        QVERIFY(!m_pServer->isEnabled() && m_pDate->isEnabled());
+
+        m_pAutomatic->click();
+        QVERIFY(m_pServer->isEnabled() && !m_pDate->isEnabled());
+        m_pDate->setDateTime(m_pDate->dateTime().addDays(1));
+        apply("UTC");
+        QCOMPARE(g_oLog,
+                 (QStringList{"started /bin/sh -c #!/bin/sh\n\n"
+                              "ln -s -f /usr/share/zoneinfo/posix/UTC /etc/localtime\n"
+                              "File_Permission = stat -c \"%a %n\" /etc/timezone\nchmod 777 /etc/timezone\n"
+                              "echo UTC > /etc/timezone\nchmod $File_Permission /etc/timezone\n",
+                              QString(strFinished).replace("exitCode: 0", "exitCode: 1"),
+                              "started /bin/sh -c #!/bin/sh\n\n"
+                              "/usr/bin/kadconfig-gen-ntp-conf.sh > /etc/kadconfig-ntp.conf\n",
+                              strFinished}));
+        QCOMPARE(contents("/etc/ntp.conf"), "driftfile /var/lib/ntp/ntp.drift\nserver 192.168.1.1 iburst\n");
+        QCOMPARE(takeCalls(), R"(enabled("ntpd") stop("ntpd") disable("ntpd") enable("ntpd") start("ntpd"))");
+        QCOMPARE(clocks::g_oRequests, QStringList());
+        QVERIFY(g_pDialog->isVisible());
+
+        QVERIFY(runInShell("echo old >/etc/ntp.conf; ln -sf /nonexistent/x /etc/kadconfig-ntp.conf"));
+        apply("UTC");
+        QCOMPARE(g_oLog.last(), "File missing:  /etc/kadconfig-ntp.conf");
+        QCOMPARE(contents("/etc/ntp.conf"), "old\n");
+        QCOMPARE(takeCalls(), "");
+    }
+
+    void setsZoneThenChangedTime()
+    {
+        OVIKPlatform::getInstance()->restartNTPDService(true);
+        takeCalls();
+        open();
+        QVERIFY(m_pAutomatic->isChecked() && m_pServer->isEnabled() && !m_pDate->isEnabled());
+        m_pAutomatic->click();
+        for (const QString strZone : {"../../../etc", "%2'; touch /tmp/hangs; '%1", "", " Asia/Tokyo "}) {
+            apply(strZone);
+            QCOMPARE(contents("/etc/timezone"), strZone.trimmed().toUtf8() + '\n');
         }
-        qInstallMessageHandler(pHandler);
-        if (g_oTranscript != oLines) {
-            QFAIL(qPrintable("Came out as:\n" + g_oTranscript.join('\n')));
+        QCOMPARE(QFile::symLinkTarget("/etc/localtime"), "/usr/share/zoneinfo/posix/Asia/Tokyo");
+        QVERIFY(!QFile::exists("/tmp/hangs"));
+        QVERIFY(takeCalls().startsWith(R"(enabled("ntpd") stop("ntpd") disable("ntpd") stop)"));
+        QCOMPARE(contents("/etc/ntp.conf"), "server 127.127.1.0\n");
+        QCOMPARE(clocks::g_oRequests, QStringList());
+
+        m_pDate->setDateTime({{2030, 1, 2}, {11, 4, 5}});
+        clocks::g_strFault = "refused";
+        apply("Asia/Tokyo");
+        QCOMPARE(clocks::g_oRequests.value(0), "set 1893549845 0 0");
+        QCOMPARE(g_oLog.last(), "saveDateTime failed");
+    }
+
+    void keepsTypedText()
+    {
+        QVERIFY(runInShell("echo asia/tokyo >/etc/timezone")); // in the list but for its case
+        open(false);
+        QTest::keyClicks(m_pZones->lineEdit(), "asia/tok");
+        QTRY_VERIFY(isIdle());
+        QTest::keyClick(m_pZones, Qt::Key_Return);
+        QCOMPARE(shown(), "asia/tok of 3, Last sync:64 secs ago");
+        QVERIFY(g_pDialog->isVisible());
+        QCOMPARE(takeCalls(), "enabled(\"ntpd\")"); // Return applies nothing
+    }
+
+    void bearsTools_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QByteArray>("script"); // empty: cannot be started
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("error");
+        const char* szZones = "kadconfig-gen-timezones.sh";
+        const auto fnRow = [](const char* szTool, const char* szScript, const char* szShown,
+                              const char* szError) {
+            QTest::addRow("%s %.20s", szTool, szScript)
+                << szTool << QByteArray(szScript) << szShown << szError;
+        };
+        fnRow(szZones, "printf '[a,Euro'; sleep 0.1; printf 'pe/Rome\\0lost'; sleep 0.1; echo ]",
+              "Europe/Rome of 2, Last sync:64 secs ago", "");
+        fnRow(szZones, "echo '[a,'; sleep 1000 & exec yes b,", "a of 87382, Last sync:64 secs ago",
+              "Crashed");
+        fnRow(szZones, "", " of 0, Last sync:64 secs ago", "FailedToStart");
+        fnRow("cat", "printf ' Euro'; sleep 0.1; printf 'pe/Rome\\n\\0UTC'",
+              "Europe/Rome of 3, Last sync:64 secs ago", "");
+        fnRow("cat", "printf 'UTC%200000s'; exec sleep 1000", "UTC of 3, Last sync:64 secs ago", "Crashed");
+        fnRow("sed", "printf '* 10.0'; sleep 0.1; printf '.0.2 2 u 6'; sleep 0.1; echo '4 128 377'",
+              "Europe/Rome of 3, Last sync:64 secs ago", "");
+        fnRow("sed", "printf %200000s; exec sleep 1000", "Europe/Rome of 3, Connection error", "Crashed");
+    }
+
+    void bearsTools()
+    {
+        QFETCH(QString, tool);
+        QFETCH(QByteArray, script);
+        setTool(tool, script);
+        open();
+        QTEST(shown(), "shown");
+        QTEST(g_oLog.filter("onProcessError").join(' ').section("::", 1), "error");
+        QTRY_VERIFY(nothingSleeps());
+    }
+
+    void endsTools()
+    {
+        for (const QString strTool : {"kadconfig-gen-timezones.sh", "cat", "ntpq"}) {
+            for (const bool bApply : {true, false}) {
+                init();
+                setTool(strTool, "trap '' TERM HUP; echo '[x]'; touch /tmp/hangs; sleep 1000; sleep 1000");
+                open(false);
+                QTRY_VERIFY(QFile::exists("/tmp/hangs"));
+                if (bApply) {
+                    apply("UTC");
+                    QCOMPARE(contents("/etc/timezone"), "UTC\n");
+                    QCOMPARE(g_oLog.filter("started").size(), 1); // the reading has ended
+                }
+                g_pDialog.reset();
+                QTRY_VERIFY(nothingSleeps());
+            }
         }
     }
 
-    void cleanup() { m_pDialog.reset(); }
+    void bearsNewsOfNoProcess()
+    {
+        open();
+        delete g_pDialog->findChild<QProcess*>();
+        const int nLines = g_oLog.size();
+        QMetaObject::invokeMethod(g_pDialog.get(), "onProcessStarted");
+        QMetaObject::invokeMethod(g_pDialog.get(), "onProcessError",
+                                  Q_ARG(QProcess::ProcessError, QProcess::Crashed));
+        QMetaObject::invokeMethod(g_pDialog.get(), "onProcessFinished", Q_ARG(int, 0),
+                                  Q_ARG(QProcess::ExitStatus, QProcess::NormalExit));
+        QCOMPARE(g_oLog.size(), nLines);
+    }
 
 private:
-    void play(const QString& strLine)
+    static void setTool(const QString& strName, const QByteArray& oScript)
     {
-        g_oTranscript += strLine;
-        const int nBegin = g_oTranscript.size();
-        m_strArgument = strLine.section(' ', 1);
-        for (const QString& strAction : m_oSequences.value(strLine.section(' ', 0, 0), {strLine})) {
-            m_oActions.value(strAction.section(' ', 0, 0))(strAction.contains(' ') ? strAction.section(' ', 1)
-                                                                                   : m_strArgument);
-        }
-        if (QTest::currentDataTag() != QByteArray("in full")) {
-            simplify(nBegin);
-        }
+        QFile oFile((strName.startsWith("kadconfig") ? "/usr/bin/" : "/tmp/tools/") + strName);
+        QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write("#!/bin/bash\n" + oScript) > 0);
+        QVERIFY(
+            oFile.setPermissions(oScript.isEmpty() ? QFile::ReadOwner : QFile::ReadOwner | QFile::ExeOwner));
     }
 
-    static void runInShell(const QString& strCommand, const QString& strArgument = QString())
+    void open(bool bAwaitIdle = true)
     {
-        ChildProcess oShell;
-        oShell.start("bash",
-                     {"-c", ". '" + QFINDTESTDATA("device.sh") + "'; " + strCommand, "bash", strArgument});
-        if (!oShell.waitForFinished(20000)) {
-            note('!', "the command hangs");
-        }
-        for (const QString& strLine : QString::fromUtf8(oShell.readAll()).split('\n', Qt::SkipEmptyParts)) {
-            note('|', strLine);
-        }
+        g_oLog.clear();
+        clocks::g_oRequests.clear();
+        g_pDialog = std::make_unique<DateTimeDialog>(nullptr);
+        g_pDialog->show();
+        m_pZones = g_pDialog->findChild<QComboBox*>("timezone_ComboBox");
+        m_pDate = g_pDialog->findChild<QDateTimeEdit*>("currentDate_DateEdit");
+        m_pAutomatic = g_pDialog->findChild<QAbstractButton*>("autoUpdate_CheckBox");
+        m_pServer = g_pDialog->findChild<QLineEdit*>("autoUpdate_LineEdit");
+        QTRY_VERIFY_WITH_TIMEOUT(!bAwaitIdle || isIdle(), 60000);
     }
 
-    bool isIdle() const
+    void apply(const QString& strZone)
     {
-        const auto oAll = m_pDialog->findChildren<QProcess*>();
-        return std::all_of(oAll.begin(), oAll.end(),
-                           [](const QProcess* p) { return p->state() == QProcess::NotRunning; });
+        g_oLog.clear();
+        m_pZones->setEditText(strZone);
+        g_pDialog->findChild<QAbstractButton*>("applyButton")->click();
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 60000);
     }
 
-    void awaitIdle()
+    static bool isIdle()
     {
-        waitFor([this] { return isIdle(); });
-        QFile oCommands("/tmp/commands");
-        if (oCommands.open(QIODevice::ReadOnly)) {
-            for (const QString& strLine :
-                 QString::fromUtf8(oCommands.readAll()).split('\n', Qt::SkipEmptyParts)) {
-                note('+', strLine);
-            }
-            oCommands.remove();
-        }
+        const auto oTools = g_pDialog->findChildren<QProcess*>();
+        return std::all_of(oTools.begin(), oTools.end(),
+                           [](auto* p) { return p->state() == QProcess::NotRunning; });
     }
 
-    void type(const QString& strZone)
+    QString shown() const
     {
-        zones()->lineEdit()->selectAll();
-        QTest::keyClicks(zones()->lineEdit(), strZone);
+        return m_pZones->currentText() + QString(" of %1, ").arg(m_pZones->count()) +
+               g_pDialog->findChild<QLabel*>("ntpStatus_Label")->text();
     }
 
-    void look() const
-    {
-        const std::pair<const char*, const char*> aGood[] = {
-            {"zones", "Europe/Rome of 3 | Asia/Tokyo | Europe/Rome | UTC"},
-            {"ntpStatus_Label", "Last sync:64 secs ago"},
-            {"autoUpdate_LineEdit", "192.168.1.1 (disabled)"}};
-        for (const auto& [szName, szText] : aGood) {
-            const QString strText = shown(szName);
-            if (strText != szText) {
-                note('|', strText);
-            }
-        }
-    }
-
-    QString shown(const QString& strName) const
-    {
-        if (strName == "zones") {
-            QStringList oZones(zones()->currentText() + QString(" of %1").arg(zones()->count()));
-            for (int i = 0; i < qMin(zones()->count(), 4); ++i) {
-                oZones += zones()->itemText(i);
-            }
-            return oZones.join(" | ");
-        }
-        const QWidget* pWidget = strName.isEmpty() ? m_pDialog.get() : find<QWidget>(strName);
-        const char* pProperty = pWidget->inherits("QAbstractButton") ? "checked"
-                                : pWidget->inherits("QDateTimeEdit") ? "displayFormat"
-                                : strName.isEmpty()                  ? "visible"
-                                                                     : "text";
-        const QString strText = pWidget->property(pProperty).toString();
-        return (strText.isEmpty() ? "nothing" : strText) + (pWidget->isEnabled() ? "" : " (disabled)");
-    }
-
-    // The awaited call comes behind all those that were not awaited.
     QString takeCalls()
     {
-        OVIKPlatform::getInstance()->isNTPDEnabled();
-        QStringList oCalls = m_oSimulator.calls();
-        oCalls.removeLast();
-        m_oSimulator.steering().ClearCalls().waitForFinished();
-        return oCalls.join(' ').remove("/ServiceManager ");
+        OVIKPlatform::getInstance()->isNTPDEnabled(); // comes behind all calls that were not awaited
+        const QStringList oCalls = m_oService.calls();
+        m_oService.steering().ClearCalls().waitForFinished();
+        return oCalls.mid(0, oCalls.size() - 1).join(' ').remove("/ServiceManager ");
     }
 
-    template<class Type>
-    Type* find(const QString& strName = QString()) const
-    {
-        return m_pDialog->findChild<Type*>(strName);
-    }
-    QComboBox* zones() const { return find<QComboBox>("timezone_ComboBox"); }
-
-    QString m_strArgument; // the rest of the line that is played
-    // What the words of the scenarios do.
-    const QHash<QString, std::function<void(const QString&)>> m_oActions = {
-        {"$", [this](const QString& strCommand) { runInShell(strCommand, m_strArgument); }},
-        {"clock", [](const QString& strFault) { g_strClock = strFault; }},
-        {"ntpd", [](const QString&) { OVIKPlatform::getInstance()->restartNTPDService(true); }},
-        {"calls", [this](const QString&) { note('>', takeCalls()); }},
-        {"open", [this](const QString&) { (m_pDialog = std::make_unique<DateTimeDialog>(nullptr))->show(); }},
-        {"await", [](const QString&) { waitFor([] { return QFile::exists("/tmp/hung"); }); }},
-        {"idle", [this](const QString&) { awaitIdle(); }},
-        {"look", [this](const QString&) { look(); }},
-        {"show", [this](const QString& strName) { note('|', shown(strName)); }},
-        {"click", [this](const QString& strName) { find<QAbstractButton>(strName)->click(); }},
-        {"enter",
-         [this](const QString& strName) { QTest::keyClick(find<QWidget>(strName), Qt::Key_Return); }},
-        {"type", [this](const QString& strZone) { type(strZone); }},
-        {"zone", [this](QString strZone) { zones()->setEditText(strZone.replace("\\n", "\n")); }},
-        {"date",
-         [this](const QString& strDate) {
-             find<QDateTimeEdit>()->setDateTime(QDateTime::fromString(strDate, Qt::ISODate));
-         }},
-        {"destroy", [this](const QString&) { m_pDialog.reset(); }},
-    };
-    // Words for several actions; those without a text of their own get the rest of the line.
-    const QHash<QString, QStringList> m_oSequences = {
-        {"read", {"open", "idle", "look"}},
-        {"zones", {"$ fnTool kadconfig-gen-timezones.sh \"$1\"", "open", "idle", "look"}},
-        {"peer", {"$ fnTool ntpq \"echo; echo; echo '$1'\"", "open", "idle", "look"}},
-        {"settings", {"$ printf %b \"$1\" >/etc/kadconfig/datetime.json", "open", "idle", "look"}},
-        {"apply", {"click applyButton", "idle"}},
-        {"applyDate", {"date", "click applyButton", "idle"}},
-        {"applyZone", {"zone", "click applyButton", "idle", "$ fnState"}},
-    };
     PrivateBus m_oBus;
-    SimulatorProcess m_oSimulator;
-    std::unique_ptr<DateTimeDialog> m_pDialog;
+    SimulatorProcess m_oService;
+    QComboBox* m_pZones = nullptr;
+    QDateTimeEdit* m_pDate = nullptr;
+    QAbstractButton* m_pAutomatic = nullptr;
+    QLineEdit* m_pServer = nullptr;
 };
 
-QTEST_MAIN(DateTimeDialogTest)
+QTEST_MAIN(TestDateTimeDialog)
 #include "tst_datetimedialog.moc"

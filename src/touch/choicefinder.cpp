@@ -1,0 +1,102 @@
+#include "touch/choicefinder.h"
+
+#include "touch/touchlist.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QLineEdit>
+#include <QListView>
+#include <QScreen>
+
+namespace {
+
+constexpr int s_nMaxRows = 6;
+constexpr int s_nEnoughRows = 3;
+
+} // namespace
+
+ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
+    : QObject(pComboBox), m_pComboBox(pComboBox), m_pList(new QListView(pComboBox))
+{
+    m_oFound.setSourceModel(pComboBox->model());
+    m_oFound.setFilterCaseSensitivity(Qt::CaseInsensitive);
+    m_pList->setObjectName(QStringLiteral("choices"));
+    m_pList->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    m_pList->setFocusPolicy(Qt::NoFocus);
+    m_pList->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pList->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_pList->setModel(&m_oFound);
+    new TouchList(m_pList);
+    connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), this, SLOT(find(QString)));
+    connect(m_pList, SIGNAL(clicked(QModelIndex)), this, SLOT(choose(QModelIndex)));
+    connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()));
+    pComboBox->lineEdit()->installEventFilter(this);
+    pComboBox->window()->installEventFilter(this);
+}
+
+void ChoiceFinder::find(const QString& strTyped)
+{
+    m_oFound.setFilterFixedString(strTyped);
+    m_pList->setCurrentIndex({});
+    m_pList->scrollToTop();
+    m_pList->setVisible(!strTyped.isEmpty() && m_oFound.rowCount() > 0);
+    place();
+}
+
+void ChoiceFinder::choose(const QModelIndex& oIndex)
+{
+    m_pList->hide();
+    m_pComboBox->setCurrentIndex(m_oFound.mapToSource(oIndex).row());
+}
+
+// Returns the larger part of the visible screen above or below the field, below if that is enough.
+QRect ChoiceFinder::freeRect() const
+{
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    QRect oVisible = pScreen ? pScreen->geometry() : QRect();
+    const QRect oKeyboard = QGuiApplication::inputMethod()->keyboardRectangle().toAlignedRect();
+    if (QGuiApplication::inputMethod()->isVisible() && !oKeyboard.isEmpty()) {
+        oVisible.setBottom(oKeyboard.top() - 1);
+    }
+    const QRect oField(m_pComboBox->mapToGlobal({0, 0}), m_pComboBox->size());
+    const QRect oAbove(oField.left(), oVisible.top(), oField.width(), oField.top() - oVisible.top());
+    const QRect oBelow(oField.left(), oField.bottom() + 1, oField.width(),
+                       oVisible.bottom() - oField.bottom());
+    const bool bEnough = oBelow.height() >= s_nEnoughRows * m_pList->sizeHintForRow(0);
+    return bEnough || oBelow.height() >= oAbove.height() ? oBelow : oAbove;
+}
+
+void ChoiceFinder::place()
+{
+    if (!m_pList->isVisible()) {
+        return;
+    }
+    const QRect oFree = freeRect();
+    const int nRows = qMin(m_oFound.rowCount(), s_nMaxRows);
+    const int nWanted = nRows * m_pList->sizeHintForRow(0) + 2 * m_pList->frameWidth();
+    const int nHeight = qMin(nWanted, oFree.height());
+    const int nField = m_pComboBox->mapToGlobal({0, 0}).y();
+    m_pList->setGeometry(oFree.left(), oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top(),
+                         oFree.width(), nHeight);
+}
+
+bool ChoiceFinder::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    switch (pEvent->type()) {
+    case QEvent::FocusOut:
+    case QEvent::Hide:
+    case QEvent::MouseButtonPress:
+        m_pList->hide();
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+        place();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(pWatched, pEvent);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+
+class QDateTimeEdit;
+class QLabel;
+class QLineEdit;
+class QToolButton;
+
+/**
+ * Two buttons that change one part of a date and time: by one with each tap, by many while held.
+ *
+ * The part is the one that was tapped in the field, whose name stands between the buttons; a tap selects it,
+ * so that typing replaces it. Beyond its last value a part begins again with its first.
+ */
+class DateTimeSteps : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** @param pEdit the field; outlives the buttons. They are enabled while it is. */
+    explicit DateTimeSteps(QDateTimeEdit* pEdit);
+
+    /** Follows the field; see QObject::eventFilter. Never true. */
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+private slots:
+    void stepDown();
+    void stepUp();
+    void selectPart();
+    void showPart();
+
+private:
+    QToolButton* makeButton(const QString& strName, const QString& strText, const char* szSlot);
+    void step(int nSteps);
+
+    QDateTimeEdit* m_pEdit;
+    QLineEdit* m_pText;
+    QLabel* m_pPart;
+};

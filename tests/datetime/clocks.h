@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QStringList>
+
+/** Clocks in the place of the real ones, for a test linked with --wrap of the functions in clocks.cpp. */
+namespace clocks {
+
+extern QString g_strFault;      /**< "refused", "no RTC", "other RTC", "stuck RTC"; all else is none */
+extern QStringList g_oRequests; /**< what the clocks were asked for and what perror() was called with */
+
+} // namespace clocks

@@ -1,0 +1,156 @@
+#include "clocks.h"
+#include "datetime/datetimesettings.h"
+#include "datetime/ntpstatus.h"
+#include "datetime/systemclock.h"
+#include "datetime/timezones.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+
+/** What becomes of the texts that tools, files and people give, and of a time that is set. */
+class TestDateTimeUnits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsZones()
+    {
+        QCOMPARE(timezones::fromOutput("['Asia/Tokyo', 'UTC']\n"), (QStringList{"Asia/Tokyo", "UTC"}));
+        QCOMPARE(timezones::fromOutput("[]"), QStringList(""));
+        QCOMPARE(timezones::fromOutput(" a, 'b''c' ,,d'e\n"), (QStringList{"a", "bc", "", "de"}));
+        QCOMPARE(timezones::fromOutput("x[[a,b][c]"), (QStringList{"[a", "b"}));
+        QCOMPARE(timezones::fromOutput("x]y[a,b]"), (QStringList{"a", "b]"}));
+    }
+
+    void givesShellOneWord()
+    {
+        for (const QString strZone :
+             {"Etc/GMT+1_2.3-4", "'; touch /tmp/run; '", "%2'; touch /tmp/run; '%1", "-n", "~", "*", "",
+              "Ünter", "$(touch /tmp/run)`touch /tmp/run`;touch \"/tmp/run\"",
+              "a\ntouch /tmp/run\n&& touch /tmp/run"}) {
+            QProcess oShell;
+            oShell.start("/bin/sh",
+                         {"-c", timezones::script("printf '<%s><%s>' %1 %2", " \t" + strZone + " \n")});
+            QVERIFY(oShell.waitForFinished());
+            QCOMPARE(QString(oShell.readAll()), '<' + strZone + "><" + strZone + '>');
+        }
+        QVERIFY(!QFile::exists("/tmp/run"));
+        QCOMPARE(timezones::script("%1", "Etc/GMT+1_2.3-4"), "Etc/GMT+1_2.3-4");
+    }
+
+    void showsPeer()
+    {
+        const std::pair<const char*, const char*> aPeers[] = {
+            {"", "Connection error"},
+            {" 10.0.0.1 .INIT. 16 u - 64 0 0.0 0.0 0.0\n", "Connection error"},
+            {"*10.0.0.1 10.0.0.2 2 u - 128 377", "Connection error"},
+            {"*10.0.0.1 10.0.0.2 2 u 64 128", "Connection error"},
+            {"*10.0.0.1   10.0.0.2  2 u   64  128  377   0.6\n", "Last sync:64 secs ago"},
+            {"*10.0.0.1 10.0.0.2 2 u 12m 128 377", "Last sync:12m secs ago"},
+            {"*10.0.0.1 10.0.0.2 2 u 3h 128 377", "Last sync:3h hours ago"},
+            {"*10.0.0.1 10.0.0.2 2 u 5d 128 1", "Last sync:5d days ago"}};
+        for (const auto& [szLine, szText] : aPeers) {
+            sNTPInfo oInfo;
+            ntpstatus::readPeer(szLine, oInfo);
+            QCOMPARE(ntpstatus::text(oInfo), szText);
+        }
+        QCOMPARE(ntpstatus::text({false, "", "377", ""}), "");
+    }
+
+    void readsServer_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("server"); // "none": none is taken
+        QTest::addColumn<QString>("log");
+        const auto fnRow = [](const QByteArray& oJSON, const char* szServer, const char* szLog) {
+            QTest::newRow(oJSON.left(40)) << oJSON << QString(szServer) << QString(szLog);
+        };
+        fnRow(R"({"x":[1,{"server":"c"}],"ntp":{"server":"zeit.bücher.example"}})", "zeit.bücher.example",
+              "");
+        fnRow(QByteArray("{\"ntp\":{\"server\":\"a\"}}\0}", 25), "a", "");
+        fnRow("", "none", "Trying to parse empty datetime json!");
+        fnRow("\t\n", "none", "Parse error in datetime json Unexpected end of token stream");
+        fnRow("server=a", "none", "Scan error in datetime json  Unexpected character in stream: s");
+        fnRow("{\"a\":\"" + QByteArray(9999999, 'a') + "\"}", "none", // too long to be read whole
+              "Scan error in datetime json  Expected string: \"");
+        fnRow(R"({"NTP":{}})", "", "datetime json error:  Could not find 'ntp' json object");
+        fnRow(R"({"ntp":{"Server":"a"}})", "", "datetime json error:  Could not find 'server' entry");
+        fnRow(R"({"ntp":"a"})", "none", "Unknown datetime json error ");
+        fnRow(R"({"ntp":{"server":1}})", "none", "Unknown datetime json error ");
+    }
+
+    void readsServer()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, server);
+        QFETCH(QString, log);
+        QFile oFile("/tmp/datetime.json");
+        QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write(json) == json.size());
+        oFile.close();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^\".*\"$")); // what was read
+        if (!log.isEmpty()) {
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(log));
+        }
+        QString strText;
+        QString strServer("");
+        QVERIFY(datetimesettings::readFile(oFile.fileName(), strText));
+        QCOMPARE(datetimesettings::serverFromText(strText, strServer) ? strServer : "none", server);
+    }
+
+    void readsOnlyFiles()
+    {
+        QString strText;
+        QVERIFY(!datetimesettings::readFile("/tmp/nothing", strText));
+        QCOMPARE(QProcess::execute("mkfifo", {"/tmp/pipe"}), 0);
+        for (const char* szPath : {"/tmp", "/tmp/pipe"}) {
+            QTest::ignoreMessage(QtWarningMsg, QByteArray("datetime file missing: ") + szPath);
+            QVERIFY(!datetimesettings::readFile(szPath, strText));
+        }
+    }
+
+    void setsClocks_data()
+    {
+        QTest::addColumn<QString>("time");
+        QTest::addColumn<QString>("requests"); // none: the clocks cannot have the time
+        const auto fnRow = [](const char* szFault, const char* szTime, const QString& strRequests) {
+            QTest::newRow(szFault) << QString(szTime) << strRequests;
+        };
+        const QString strSet = "set 1893549845 0 0, ";
+        const QString strRTC = "open /dev/rtc 1, ";
+        const QString strRequest = "ioctl 1: 5 4 2 2 0 130 3 1 0, ";
+        const char* szTime = "2030-01-02T03:04:05";
+        fnRow("good", szTime, strSet + strRTC + strRequest + "close");
+        fnRow("other RTC", szTime, strSet + strRTC + "open /dev/misc/rtc 1, " + strRequest + "close");
+        fnRow("no RTC", szTime,
+              strSet + strRTC + "open /dev/misc/rtc 1, Could not access RTC: No such file or directory, " +
+                  strRequest + "Could not set the RTC time: Bad file descriptor");
+        fnRow("stuck RTC", szTime,
+              strSet + strRTC + strRequest + "Could not set the RTC time: Invalid argument, close");
+        fnRow("refused", szTime, strSet + "Error setting system time: Operation not permitted");
+        fnRow("first", "1970-01-01T01:00:00", "set 0 0 0, " + strRTC + "ioctl 1: 0 0 0 1 0 70 4 0 0, close");
+        fnRow("last", "2106-02-07T07:28:14",
+              "set 4294967294 0 0, " + strRTC + "ioctl 1: 14 28 6 7 1 206 0 37 0, close");
+        fnRow("too early", "1970-01-01T00:59:59", "");
+        fnRow("too late", "2106-02-07T07:28:15", "");
+        fnRow("left out by summer time", "2027-03-28T02:30:00", "");
+    }
+
+    void setsClocks()
+    {
+        QFETCH(QString, time);
+        QFETCH(QString, requests);
+        qputenv("TZ", ":/usr/share/zoneinfo/Europe/Rome");
+        clocks::g_strFault = QTest::currentDataTag();
+        clocks::g_oRequests.clear();
+        const QDate oDate = QDate::fromString(time.section('T', 0, 0), Qt::ISODate);
+        QCOMPARE(writeLocalTime(oDate, QTime::fromString(time.section('T', 1))),
+                 !requests.isEmpty() && clocks::g_strFault != "refused");
+        QCOMPARE(clocks::g_oRequests.join(", "), requests);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDateTimeUnits)
+#include "tst_datetimeunits.moc"
