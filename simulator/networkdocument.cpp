@@ -1,138 +1,130 @@
 #include "networkdocument.h"
 
-#include "json/reader.h"
-
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QNetworkInterface>
-#include <QSysInfo>
+#include <QRegularExpression>
 #include <QTimer>
-
-#include <sstream>
 
 namespace {
 
-/** Reads strJSON into oTarget; false when it is no such record. */
-template<typename Record>
-bool read(const QString& strJSON, Record& oTarget)
+const QString s_strActual = "actual_";
+const QString s_strInterfaces = "interfaces";
+const QString s_strName = "name";
+const QString s_strVersion = "version";
+const QString s_aAddressKeys[] = {"ip_address", "netmask", "gateway_ip"};
+
+/** Writes text that the product's own writer would not: keys sorted, line breaks, metrics with a fraction. */
+QString textOf(const QJsonObject& oObject)
 {
-    try {
-        std::istringstream oStream(strJSON.toStdString());
-        json::Object oObject;
-        json::Reader::Read(oObject, oStream);
-        return oTarget.fromJSONObject(oObject);
-    } catch (const json::Exception&) {
-        return false;
+    static const QRegularExpression s_oMetric(QStringLiteral("(metric\": \\d+)"));
+    return QString::fromUtf8(QJsonDocument(oObject).toJson()).replace(s_oMetric, "\\1.0");
+}
+
+QJsonObject objectOf(const QString& strJSON)
+{
+    return QJsonDocument::fromJson(strJSON.toUtf8()).object();
+}
+
+QJsonObject describe(const QNetworkInterface& oInterface, int nInterface)
+{
+    const QString strNetwork = QStringLiteral("192.168.%1.").arg(nInterface % 256);
+    const QString aAddresses[] = {strNetwork + "20", "255.255.255.0", strNetwork + "1"};
+    QJsonObject oDescription = {{s_strName, oInterface.name()},
+                                {"mac_address", oInterface.hardwareAddress()},
+                                {"configured", true},
+                                {"readonly", false},
+                                {"virtual", false},
+                                {"hidden", false}};
+    for (int i = 0; i < 3; ++i) {
+        oDescription.insert(s_aAddressKeys[i], aAddresses[i]);
+        oDescription.insert(s_strActual + s_aAddressKeys[i], aAddresses[i]);
     }
+    return oDescription;
 }
 
-/** Returns the first address of the network that oEntry is in, where its gateway usually is. */
-QString gatewayOf(const QNetworkAddressEntry& oEntry)
+/** Returns the lease that an interface gets, nHost is the number of a free address. */
+QJsonObject leaseOf(const QJsonObject& oInterface, int nHost)
 {
-    return QHostAddress((oEntry.ip().toIPv4Address() & oEntry.netmask().toIPv4Address()) + 1).toString();
-}
-
-QNetworkAddressEntry ipv4EntryOf(const QNetworkInterface& oInterface, int nInterface)
-{
-    for (const QNetworkAddressEntry& oEntry : oInterface.addressEntries()) {
-        if (oEntry.ip().protocol() == QAbstractSocket::IPv4Protocol) {
-            return oEntry;
-        }
+    if (oInterface.value(s_strActual + s_aAddressKeys[0]).toString().isEmpty()) {
+        return {{s_aAddressKeys[0], QStringLiteral("192.168.200.%1").arg(nHost % 256)},
+                {s_aAddressKeys[1], "255.255.255.0"},
+                {s_aAddressKeys[2], "192.168.200.1"}};
     }
-    QNetworkAddressEntry oEntry;
-    oEntry.setIp(QHostAddress(QStringLiteral("192.168.%1.20").arg(nInterface % 256)));
-    oEntry.setPrefixLength(24);
-    return oEntry;
-}
-
-OVIK::NetworkConfiguration::Interface* describe(const QNetworkInterface& oInterface, int nInterface)
-{
-    const QNetworkAddressEntry oEntry = ipv4EntryOf(oInterface, nInterface);
-    auto* pInterface = new OVIK::NetworkConfiguration::Interface;
-    pInterface->name = oInterface.name();
-    pInterface->mac_address = oInterface.hardwareAddress();
-    pInterface->ip_address = pInterface->actual_ip_address = oEntry.ip().toString();
-    pInterface->netmask = pInterface->actual_netmask = oEntry.netmask().toString();
-    pInterface->gateway_ip = pInterface->actual_gateway_ip = gatewayOf(oEntry);
-    pInterface->configured = true;
-    pInterface->readOnly = pInterface->virt = pInterface->hidden = false;
-    return pInterface;
+    QJsonObject oLease;
+    for (const QString& strKey : s_aAddressKeys) {
+        oLease.insert(strKey, oInterface.value(s_strActual + strKey));
+    }
+    return oLease;
 }
 
 } // namespace
 
-NetworkDocument::NetworkDocument(int nLeaseDelayMs, QObject* pParent)
-    : QObject(pParent), m_nLeaseDelayMs(nLeaseDelayMs),
-      m_pConfiguration(std::make_unique<OVIK::NetworkConfiguration>())
+NetworkDocument::NetworkDocument(int nLeaseDelayMs) : m_nLeaseDelayMs(nLeaseDelayMs)
 {
-}
-
-QString NetworkDocument::ofThisMachine()
-{
-    OVIK::NetworkConfiguration oConfiguration;
-    oConfiguration.version = 1;
-    oConfiguration.hostname = QSysInfo::machineHostName();
+    QJsonArray oInterfaces;
     for (const QNetworkInterface& oInterface : QNetworkInterface::allInterfaces()) {
         const bool bLoopback = oInterface.flags().testFlag(QNetworkInterface::IsLoopBack);
-        if (bLoopback || oInterface.type() == QNetworkInterface::CanBus) {
-            continue;
+        if (!bLoopback && oInterface.type() != QNetworkInterface::CanBus) {
+            oInterfaces.append(describe(oInterface, oInterfaces.size()));
         }
-        oConfiguration.interfaces.insert(oInterface.name(),
-                                         describe(oInterface, oConfiguration.interfaces.size()));
     }
-    return oConfiguration.toJSON();
+    load(textOf({{s_strVersion, 1}, {"hostname", "simulated"}, {s_strInterfaces, oInterfaces}}));
 }
 
 bool NetworkDocument::load(const QString& strJSON)
 {
-    auto pConfiguration = std::make_unique<OVIK::NetworkConfiguration>();
-    if (!read(strJSON, *pConfiguration)) {
+    const QJsonObject oDocument = objectOf(strJSON);
+    QMap<QString, QJsonObject> oInterfaces;
+    for (const QJsonValue oValue : oDocument.value(s_strInterfaces).toArray()) {
+        const QString strName = oValue.toObject().value(s_strName).toString();
+        if (strName.isEmpty() || oInterfaces.contains(strName)) {
+            return false;
+        }
+        oInterfaces.insert(strName, oValue.toObject());
+    }
+    if (!oDocument.value(s_strVersion).isDouble()) {
         return false;
     }
-    m_pConfiguration = std::move(pConfiguration);
+    m_oDocument = oDocument;
+    m_oInterfaces = oInterfaces;
     m_oChanged.clear();
     m_oRequests.clear();
-    rememberLeases();
-    return true;
-}
-
-void NetworkDocument::rememberLeases()
-{
     m_oLeases.clear();
-    int nHost = 100;
-    for (const Interface* pInterface : std::as_const(m_pConfiguration->interfaces)) {
-        const sLease oFree = {QStringLiteral("192.168.200.%1").arg(nHost++ % 256),
-                              QStringLiteral("255.255.255.0"), QStringLiteral("192.168.200.1")};
-        const sLease oActual = {pInterface->actual_ip_address, pInterface->actual_netmask,
-                                pInterface->actual_gateway_ip};
-        m_oLeases.insert(pInterface->name, oActual.m_strAddress.isEmpty() ? oFree : oActual);
+    for (const QString& strName : m_oInterfaces.keys()) {
+        m_oLeases.insert(strName, leaseOf(m_oInterfaces[strName], 100 + m_oLeases.size()));
     }
+    return true;
 }
 
 QString NetworkDocument::toJSON() const
 {
-    return m_pConfiguration->toJSON();
+    QJsonArray oInterfaces;
+    for (const QJsonObject& oInterface : m_oInterfaces) {
+        oInterfaces.prepend(oInterface); // against the order of names, which nobody may rely on
+    }
+    QJsonObject oDocument = m_oDocument;
+    oDocument.insert(s_strInterfaces, oInterfaces);
+    return textOf(oDocument);
 }
 
 QString NetworkDocument::interfaceJSON(const QString& strName) const
 {
-    const Interface* pInterface = m_pConfiguration->interfaces.value(strName);
-    return pInterface ? pInterface->toJSON() : QString();
+    return m_oInterfaces.contains(strName) ? textOf(m_oInterfaces.value(strName)) : QString();
 }
 
 bool NetworkDocument::merge(const QString& strName, const QString& strJSON)
 {
-    Interface* pInterface = m_pConfiguration->interfaces.value(strName);
-    if (!pInterface) {
+    const QJsonObject oChanges = objectOf(strJSON);
+    const auto it = m_oInterfaces.find(strName);
+    if (it == m_oInterfaces.end() || oChanges.value(s_strName) != strName) {
         return false;
     }
-    Interface oMerged = *pInterface;
-    if (!read(strJSON, oMerged) || oMerged.name != strName) {
-        return false;
+    for (const QString& strKey : oChanges.keys()) {
+        if (!strKey.startsWith(s_strActual)) {
+            it->insert(strKey, oChanges.value(strKey));
+        }
     }
-    oMerged.actual_ip_address = pInterface->actual_ip_address;
-    oMerged.actual_netmask = pInterface->actual_netmask;
-    oMerged.actual_gateway_ip = pInterface->actual_gateway_ip;
-    oMerged.actual_metric = pInterface->actual_metric;
-    *pInterface = oMerged;
     m_oChanged.insert(strName);
     return true;
 }
@@ -140,12 +132,11 @@ bool NetworkDocument::merge(const QString& strName, const QString& strJSON)
 void NetworkDocument::apply()
 {
     for (const QString& strName : std::as_const(m_oChanged)) {
-        const Interface* pInterface = m_pConfiguration->interfaces.value(strName);
         m_oRequests.remove(strName);
-        if (pInterface->dhcp) {
+        if (m_oInterfaces[strName].value("dhcp").toBool()) {
             requestLease(strName);
         } else {
-            put(strName, {pInterface->ip_address, pInterface->netmask, pInterface->gateway_ip});
+            put(strName, m_oInterfaces[strName]);
         }
     }
     m_oChanged.clear();
@@ -154,7 +145,7 @@ void NetworkDocument::apply()
 void NetworkDocument::requestLease(const QString& strName)
 {
     put(strName, {});
-    // A later change or another document makes the lease void.
+    // A later change or another document voids the lease.
     const int nRequest = ++m_nRequest;
     m_oRequests.insert(strName, nRequest);
     QTimer::singleShot(m_nLeaseDelayMs, this, [this, strName, nRequest] {
@@ -164,11 +155,10 @@ void NetworkDocument::requestLease(const QString& strName)
     });
 }
 
-void NetworkDocument::put(const QString& strName, const sLease& oAddresses)
+void NetworkDocument::put(const QString& strName, const QJsonObject& oAddresses)
 {
-    Interface* pInterface = m_pConfiguration->interfaces.value(strName);
-    pInterface->actual_ip_address = oAddresses.m_strAddress;
-    pInterface->actual_netmask = oAddresses.m_strNetmask;
-    pInterface->actual_gateway_ip = oAddresses.m_strGateway;
-    pInterface->actual_metric = pInterface->metric;
+    QJsonObject& oInterface = m_oInterfaces[strName];
+    for (const QString& strKey : s_aAddressKeys) {
+        oInterface.insert(s_strActual + strKey, oAddresses.value(strKey)); // removes it if there is none
+    }
 }

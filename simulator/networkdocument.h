@@ -1,39 +1,33 @@
 #pragma once
 
-#include "network/oviknetworkmanager.h"
-
+#include <QJsonObject>
+#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QString>
 
-#include <memory>
-
 /**
  * The network configuration of the simulated device: what is configured, and what is in force.
  *
- * A changed interface gets into force with apply(): a static one at once, one with DHCP some time later, when
- * its lease arrives. Its lease is the address that was in force when the document was loaded, or one of
- * 192.168.200.0/24.
+ * apply() puts a changed interface into force: a static one at once, one with DHCP when its lease arrives.
+ * The lease is the address that was in force when the document was loaded, or one of 192.168.200.0/24.
  */
 class NetworkDocument : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Makes an empty document whose leases take nLeaseDelayMs milliseconds. */
-    NetworkDocument(int nLeaseDelayMs, QObject* pParent);
-
-    /** Returns a document for the interfaces of this machine, without loopback and CAN, with their addresses.
-     */
-    static QString ofThisMachine();
+    /** Creates a document for the interfaces of this machine except loopback and CAN, with addresses of
+     * 192.168.0.0/16; leases take nLeaseDelayMs milliseconds. */
+    explicit NetworkDocument(int nLeaseDelayMs);
 
     /** Takes over a whole document; returns false and changes nothing when the text is none. */
     bool load(const QString& strJSON);
 
-    /** Returns the whole document. */
+    /** Returns the whole document as text. */
     QString toJSON() const;
 
-    /** Returns the interface of that name; empty when there is none. */
+    /** Returns the interface of that name as text; empty when there is none. */
     QString interfaceJSON(const QString& strName) const;
 
     /**
@@ -48,23 +42,14 @@ public:
     void apply();
 
 private:
-    using Interface = OVIK::NetworkConfiguration::Interface;
-
-    struct sLease
-    {
-        QString m_strAddress;
-        QString m_strNetmask;
-        QString m_strGateway;
-    };
-
-    void rememberLeases();
-    void put(const QString& strName, const sLease& oAddresses);
+    void put(const QString& strName, const QJsonObject& oAddresses);
     void requestLease(const QString& strName);
 
     int m_nLeaseDelayMs;
     int m_nRequest = 0;
-    std::unique_ptr<OVIK::NetworkConfiguration> m_pConfiguration;
+    QJsonObject m_oDocument;
+    QMap<QString, QJsonObject> m_oInterfaces;
+    QMap<QString, QJsonObject> m_oLeases;
     QSet<QString> m_oChanged;
-    QMap<QString, sLease> m_oLeases;
     QMap<QString, int> m_oRequests;
 };

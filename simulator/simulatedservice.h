@@ -1,18 +1,14 @@
 #pragma once
 
-#include "networkmanagerobject.h"
-#include "partitioninfoobject.h"
-#include "rootobject.h"
-#include "servicemanagerobject.h"
-#include "systeminfoobject.h"
+#include "platformobjects.h"
 
 #include <QTimer>
 
 #include <functional>
 
 /**
- * Publishes the five objects as "com.quen.OVIK" on a bus connection of its own, and leaves the bus and comes
- * back as the world wants it.
+ * Publishes the objects as "com.quen.OVIK" on a bus connection of its own, and leaves the bus and comes back
+ * as the world has it.
  */
 class SimulatedService : public QObject
 {
@@ -22,31 +18,25 @@ public:
     /** Opens a connection to the bus under the name given; the name is new each time. */
     using fnConnect = std::function<QDBusConnection(const QString&)>;
 
-    /** Answers out of the device oDevice and the world oWorld; nothing is published yet. */
-    SimulatedService(Device& oDevice, World& oWorld, fnConnect fnConnectToBus);
+    /** Publishes nothing yet; the objects and the world must outlive the service. */
+    SimulatedService(PlatformObjects& oObjects, World& oWorld, fnConnect fnConnectToBus);
 
     /** Leaves the bus. */
     ~SimulatedService() override;
 
 public slots:
-    /** Publishes what the present world lets be there; returns false when the bus does not let it. */
+    /** Joins or leaves the bus as the present world has it; returns false when the bus refuses the name. */
     bool publish();
 
 private slots:
     void die();
 
 private:
-    void connectObjects();
-    void publishRoot();
     void withdraw();
 
+    PlatformObjects& m_oObjects;
     World& m_oWorld;
     fnConnect m_fnConnectToBus;
-    RootObject m_oRoot;
-    SystemInfoObject m_oSystemInfo;
-    PartitionInfoObject m_oMainOSInfo;
-    NetworkManagerObject m_oNetworkManager;
-    ServiceManagerObject m_oServiceManager;
     QTimer m_oRecovery;
     QString m_strConnection;
     int m_nConnections = 0;

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "device.h"
-#include "world.h"
+#include "platformobjects.h"
 
 #include <QDBusContext>
-#include <QObject>
 #include <QStringList>
 
 /** The object "/Simulator" of the bus name "com.quen.OVIK.Simulator": steers the simulated service from
@@ -12,34 +10,29 @@
 class Steering : public QObject, protected QDBusContext
 {
     Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.quen.OVIK.Simulator")
 
 public:
-    /** Steers the device oDevice and the world oWorld, which must outlive the object. */
-    Steering(Device& oDevice, World& oWorld);
+    /** Steers the objects oObjects and the world oWorld, which must outlive it. */
+    Steering(PlatformObjects& oObjects, World& oWorld) : m_oObjects(oObjects), m_oWorld(oWorld) {}
 
 public slots:
-    // The members of the interface, as its description has them. Each replies after its work is done.
+    // The members of com.quen.OVIK.Simulator.xml. Each replies after its work is done.
 
-    /** Returns the names of the worlds. */
-    QStringList Worlds();
-    /** Sets up a world; an error reply tells that World::set() refuses the name or the argument. */
+    /** Sets up a world; replies with an error when there is none of that name. */
     void SetWorld(const QString& name, const QString& argument);
-    /** Puts everything back: the service is well, the device as at first, the list of calls empty. */
-    void Clear();
     /** Returns one line for each call received, of very many the latest. */
-    QStringList Calls();
+    QStringList Calls() const { return m_oWorld.calls(); }
     /** Empties the list of calls. */
-    void ClearCalls();
+    void ClearCalls() { m_oWorld.clearCalls(); }
     /** Returns the whole network configuration. */
-    QString Document() const;
-    /** Replaces the whole network configuration; an error reply tells that the text is none. */
+    QString Document() const { return m_oObjects.network().toJSON(); }
+    /** Replaces the whole network configuration; replies with an error when the text is none. */
     void SetDocument(const QString& json);
     /** Sets the version text of the main OS partition. */
-    void SetVersion(const QString& text);
+    void SetVersion(const QString& text) { m_oObjects.setVersion(text); }
 
 private:
-    void reject(const QString& strReason);
-
-    Device& m_oDevice;
+    PlatformObjects& m_oObjects;
     World& m_oWorld;
 };

@@ -1,11 +1,10 @@
 #include "platform/ovikplatform.h"
 
 #include "OVIKProxy.h"
+#include "platform/ovikbus.h"
 
-#include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDebug>
-#include <QStringList>
 
 #include <algorithm>
 #include <cstdlib>
@@ -16,69 +15,15 @@ namespace {
 
 using Interface = OVIK::NetworkConfiguration::Interface;
 
-constexpr char s_szService[] = "com.quen.OVIK";
-constexpr char s_szRootPath[] = "/";
 constexpr char s_szDefaultInterface[] = "eth0";
 constexpr char s_szNTPService[] = "ntpd";
-constexpr int s_nProbeTimeoutMs = 5000;
-constexpr int s_nProbes = 3;
 constexpr int s_nRootAttempts = 3;
-constexpr int s_nMacBytes = 6;
-
-/** Waits until Qt's thread has noted the name that the bus has given to a new connection. */
-void settleConnection(const QDBusConnection& oConnection)
-{
-    // Each call to a service looks at the list of such names, which that thread changes without a lock: a
-    // call that is too early can crash. Calls to the bus do not look; by its second reply the name is there.
-    const auto oCall =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
-    oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
-    oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
-}
-
-QDBusConnection* openConnection(QDBusConnection::BusType eBus)
-{
-    // Qt keeps a failed standard connection until the process ends; one under a name of its own can be closed
-    // again.
-    static int nOpened = 0;
-    const auto oConnection = QDBusConnection::connectToBus(eBus, QStringLiteral("ovik-%1").arg(++nOpened));
-    settleConnection(oConnection);
-    return new QDBusConnection(oConnection);
-}
-
-void closeConnection(QDBusConnection* pConnection)
-{
-    const QString strName = pConnection->name();
-    delete pConnection;
-    QDBusConnection::disconnectFromBus(strName);
-}
-
-QDBusMessage callRoot(const QDBusConnection& oConnection, const QString& strInterface,
-                      const QString& strMember)
-{
-    const auto oCall = QDBusMessage::createMethodCall(s_szService, s_szRootPath, strInterface, strMember);
-    return oConnection.call(oCall, QDBus::Block, s_nProbeTimeoutMs);
-}
-
-/** Returns the reply to the ping. */
-QDBusMessage probeService(const QDBusConnection& oConnection)
-{
-    // Its reply does not matter: the call makes the bus start a service that it can activate.
-    callRoot(oConnection, QString(), QStringLiteral("q_autostart"));
-    return callRoot(oConnection, QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
-}
-
-bool isReply(const QDBusMessage& oMessage)
-{
-    return oMessage.type() == QDBusMessage::ReplyMessage;
-}
 
 template<typename Proxy>
 Proxy* createObjectProxy(const QString& strPath, const QDBusConnection& oConnection,
                          const char* szInvalidText)
 {
-    auto* pProxy = new Proxy(s_szService, strPath, oConnection, nullptr);
+    auto* pProxy = new Proxy(ovikbus::s_szService, strPath, oConnection, nullptr);
     if (!pProxy->isValid()) {
         qWarning() << szInvalidText << oConnection.lastError();
     }
@@ -90,11 +35,22 @@ quint32 toIPv4(const QString& strAddress)
     return QHostAddress(strAddress).toIPv4Address();
 }
 
-/** Reads strJSON into oInterface; false when it does not describe an interface. */
-bool describesInterface(const QString& strJSON, Interface& oInterface)
+/**
+ * Waits for oReply and reads its JSON text into oRecord.
+ *
+ * Returns false when the reply is an error or a value has another type than its key asks for. A text that is
+ * no JSON object leaves oRecord as it is.
+ */
+template<typename Record>
+bool readReply(QDBusPendingReply<QString> oReply, Record& oRecord)
 {
+    oReply.waitForFinished();
+    if (oReply.isError()) {
+        return false;
+    }
     try {
-        return oInterface.fromJSON(strJSON) && !oInterface.name.isEmpty();
+        oRecord.fromJSON(oReply.value());
+        return true;
     } catch (const json::Exception&) {
         return false;
     }
@@ -135,75 +91,19 @@ OVIKPlatform::~OVIKPlatform()
 
 bool OVIKPlatform::Init()
 {
-    if (!connectToBus() || !findService()) {
+    m_ovikConnection = ovikbus::connectToService(
+        [this](const QDBusConnection& oConnection) { waitForRootObject(oConnection); });
+    if (!m_ovikConnection) {
         return false;
     }
     createObjectProxies();
     return true;
 }
 
-bool OVIKPlatform::connectToBus()
-{
-    m_ovikConnection = openConnection(QDBusConnection::SystemBus);
-    if (m_ovikConnection->isConnected()) {
-        return true;
-    }
-    qWarning() << "Failed connecting to DBUS system bus -> try OVIK on session bus";
-    closeConnection(m_ovikConnection);
-    m_ovikConnection = openConnection(QDBusConnection::SessionBus);
-    if (m_ovikConnection->isConnected()) {
-        return true;
-    }
-    qWarning() << "Failed connecting to DBUS session bus -> trying loading OVIK plugin";
-    closeConnection(m_ovikConnection);
-    m_ovikConnection = nullptr;
-    return false;
-}
-
-bool OVIKPlatform::findService()
-{
-    QDBusMessage oReply;
-    for (int nRetry = 1; nRetry <= s_nProbes; ++nRetry) {
-        oReply = probeService(*m_ovikConnection);
-        if (isReply(oReply)) {
-            waitForRootObject();
-            return true;
-        }
-        qWarning() << "Error reaching dbus service: " << oReply.errorMessage() << " -> retry #" << nRetry;
-    }
-    return fallBackToSessionBus(oReply.errorMessage());
-}
-
-bool OVIKPlatform::fallBackToSessionBus(const QString& strPingError)
-{
-    qWarning() << "Error reaching dbus service: " << strPingError
-               << " -> try falling back to OVIK session bus";
-    QDBusConnection* pSession = openConnection(QDBusConnection::SessionBus);
-    if (!pSession->isConnected()) {
-        closeConnection(pSession);
-        return true;
-    }
-    const QDBusMessage oReply = probeService(*pSession);
-    if (!isReply(oReply)) {
-        qWarning() << "No OVIK service running !?" << oReply.errorMessage();
-        closeConnection(pSession);
-        closeConnection(m_ovikConnection);
-        m_ovikConnection = nullptr;
-        return false;
-    }
-    // Required by the device's other software: the root proxy is created on the connection that is given up
-    // next.
-    waitForRootObject();
-    qWarning() << "OVIK running in session bus! " << oReply.errorMessage();
-    closeConnection(m_ovikConnection);
-    m_ovikConnection = pSession;
-    return true;
-}
-
-void OVIKPlatform::waitForRootObject()
+void OVIKPlatform::waitForRootObject(const QDBusConnection& oConnection)
 {
     for (int nAttempt = 0; nAttempt < s_nRootAttempts; ++nAttempt) {
-        m_ovik = new ComQuenOVIKInterface(s_szService, s_szRootPath, *m_ovikConnection, this);
+        m_ovik = new ComQuenOVIKInterface(ovikbus::s_szService, ovikbus::s_szRootPath, oConnection, this);
         if (m_ovik->isValid()) {
             return;
         }
@@ -215,8 +115,8 @@ void OVIKPlatform::waitForRootObject()
 
 void OVIKPlatform::createObjectProxies()
 {
-    // An invalid proxy is kept: it serves as soon as the service is there. The texts are the other
-    // software's.
+    // An invalid proxy is kept: it works as soon as the service is there.
+    // Kept, see docs/compatibility.md
     m_systemInfo = createObjectProxy<ComQuenOVIKSystemInfoInterface>(
         QStringLiteral("/SystemInfo"), *m_ovikConnection, "Cannot get /SysteInfo object : ");
     m_mainosInfo = createObjectProxy<ComQuenOVIKPartitionInfoInterface>(
@@ -257,7 +157,7 @@ QString OVIKPlatform::GetIpAddressAsString() const
     return QHostAddress(ipAddress).toString();
 }
 
-// Required by the device's other software: each setter of an address switches DHCP off.
+// Kept, see docs/compatibility.md
 bool OVIKPlatform::SetIpAddress(quint32 nAddress)
 {
     ipAddress = nAddress;
@@ -305,20 +205,11 @@ bool OVIKPlatform::UpdateNetworkSettings()
     if (!isConnectedOrInit()) {
         return false;
     }
-    QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
-    oReply.waitForFinished();
-    // Required by the device's other software: an error reply is not reported, and the cache keeps what it
-    // has.
-    if (oReply.isError()) {
-        return true;
-    }
     Interface oInterface;
-    try {
-        oInterface.fromJSON(oReply.value());
-    } catch (const json::Exception&) {
-        return true;
+    if (readReply(m_networkManager->getInterfaceConfig(ifName), oInterface)) {
+        cacheSettings(oInterface);
     }
-    cacheSettings(oInterface);
+    // Kept, see docs/compatibility.md
     return true;
 }
 
@@ -328,12 +219,15 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
     ipAddress = toIPv4(dhcp ? oInterface.actual_ip_address : oInterface.ip_address);
     netMask = toIPv4(dhcp ? oInterface.actual_netmask : oInterface.netmask);
     gateWay = toIPv4(dhcp ? oInterface.actual_gateway_ip : oInterface.gateway_ip);
-    // Without this an interface that has no MAC address would show that of the interface read before.
-    std::fill(std::begin(macAddress), std::end(macAddress), quint8(0));
-    const QStringList oParts = oInterface.mac_address.split(QLatin1Char(':'));
-    std::transform(oParts.cbegin(), oParts.cbegin() + std::min(oParts.size(), s_nMacBytes),
-                   std::begin(macAddress),
-                   [](const QString& strPart) { return static_cast<quint8>(strPart.toInt(nullptr, 16)); });
+    // Part by part: the whole text could have any number of them.
+    const QString& strMac = oInterface.mac_address;
+    int nBegin = 0;
+    for (quint8& nByte : macAddress) {
+        const int nColon = strMac.indexOf(QLatin1Char(':'), nBegin);
+        const int nEnd = nColon < 0 ? strMac.size() : nColon;
+        nByte = static_cast<quint8>(strMac.midRef(nBegin, nEnd - nBegin).toInt(nullptr, 16));
+        nBegin = std::min(nEnd + 1, strMac.size());
+    }
 }
 
 bool OVIKPlatform::SetNetworkSettings()
@@ -341,10 +235,8 @@ bool OVIKPlatform::SetNetworkSettings()
     if (!isConnectedOrInit()) {
         return false;
     }
-    QDBusPendingReply<QString> oReply = m_networkManager->getInterfaceConfig(ifName);
-    oReply.waitForFinished();
     Interface oInterface;
-    if (oReply.isError() || !describesInterface(oReply.value(), oInterface)) {
+    if (!readReply(m_networkManager->getInterfaceConfig(ifName), oInterface) || oInterface.name.isEmpty()) {
         return false;
     }
     oInterface.dhcp = dhcp;
@@ -354,9 +246,9 @@ bool OVIKPlatform::SetNetworkSettings()
         oInterface.gateway_ip = QHostAddress(gateWay).toString();
     }
     m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON());
-    // Only a lost connection is an error at once. The reply itself tells less: Qt sends in a thread of its
-    // own, so it has no error yet even then, and what the service refuses must go unnoticed however fast it
-    // replies.
+    // Only a lost connection is an error at once. The pending reply does not show it: Qt sends in a thread of
+    // its own, and an error that the service replies must go unnoticed however fast it comes.
+    // Kept, see docs/compatibility.md
     if (!m_ovikConnection->isConnected()) {
         return false;
     }
@@ -369,15 +261,8 @@ QHostAddress OVIKPlatform::GetBestInterfaceIP()
     if (!isConnectedOrInit()) {
         return {};
     }
-    QDBusPendingReply<QString> oReply = m_networkManager->getConfigJSON();
-    oReply.waitForFinished();
-    if (oReply.isError()) {
-        return {};
-    }
     OVIK::NetworkConfiguration oConfiguration;
-    try {
-        oConfiguration.fromJSON(oReply.value());
-    } catch (const json::Exception&) {
+    if (!readReply(m_networkManager->getConfigJSON(), oConfiguration)) {
         return {};
     }
     for (const Interface* pInterface : std::as_const(oConfiguration.interfaces)) {

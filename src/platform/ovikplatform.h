@@ -148,10 +148,7 @@ private:
     OVIKPlatform();
     Q_DISABLE_COPY(OVIKPlatform)
 
-    bool connectToBus();
-    bool findService();
-    bool fallBackToSessionBus(const QString& strPingError);
-    void waitForRootObject();
+    void waitForRootObject(const QDBusConnection& oConnection);
     void createObjectProxies();
     bool isConnectedOrInit();
     void cacheSettings(const OVIK::NetworkConfiguration::Interface& oInterface);

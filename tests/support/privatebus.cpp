@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-PrivateBus::PrivateBus(int nReplyTimeoutMs)
+bool PrivateBus::start(int nReplyTimeoutMs)
 {
     const QString strConfiguration =
         "<busconfig><type>session</type><listen>%1</listen><auth>EXTERNAL</auth><policy context='default'>"
@@ -11,12 +11,9 @@ PrivateBus::PrivateBus(int nReplyTimeoutMs)
     QFile oFile(m_oFolder.filePath("bus.conf"));
     oFile.open(QIODevice::WriteOnly);
     oFile.write(strConfiguration.arg(address()).arg(nReplyTimeoutMs).toUtf8());
-}
-
-bool PrivateBus::start()
-{
-    const QString strConfiguration = "--config-file=" + m_oFolder.filePath("bus.conf");
-    return !m_oDaemon.startAndReadLine("dbus-daemon", {strConfiguration, "--print-address"}).isEmpty();
+    oFile.close();
+    const QStringList oArguments = {"--config-file=" + oFile.fileName(), "--print-address"};
+    return !m_oDaemon.startAndReadLine("dbus-daemon", oArguments).isEmpty();
 }
 
 void PrivateBus::stop()

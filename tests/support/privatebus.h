@@ -8,11 +8,9 @@
 class PrivateBus
 {
 public:
-    /** Prepares a bus that itself answers calls that nobody has answered for nReplyTimeoutMs milliseconds. */
-    explicit PrivateBus(int nReplyTimeoutMs = 3000);
-
-    /** Starts the bus; returns false when it does not come up. */
-    bool start();
+    /** Starts the bus, which replies with an error to calls that nobody has answered within nReplyTimeoutMs
+     * milliseconds; returns false when it does not come up. */
+    bool start(int nReplyTimeoutMs = 3000);
 
     /** Stops the bus, and with it the connections of all who are on it. */
     void stop();

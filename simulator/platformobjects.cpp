@@ -1,0 +1,219 @@
+#include "platformobjects.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDomDocument>
+#include <QFile>
+#include <QTextStream>
+#include <QTimer>
+
+namespace {
+
+constexpr int s_nVersionCharacters = 20;
+
+/** The interface of each object, by path. */
+const QMap<QString, QString> s_oInterfaces = {{"/", "com.quen.OVIK"},
+                                              {"/MainOSInfo", "com.quen.OVIK.PartitionInfo"},
+                                              {"/NetworkManager", "com.quen.OVIK.NetworkManager"},
+                                              {"/ServiceManager", "com.quen.OVIK.ServiceManager"},
+                                              {"/SystemInfo", "com.quen.OVIK.SystemInfo"}};
+
+/** Returns the child element of that kind and name; null when there is none. */
+QDomElement childNamed(const QDomElement& oParent, const QString& strKind, const QString& strName)
+{
+    QDomElement oChild = oParent.firstChildElement(strKind);
+    while (!oChild.isNull() && oChild.attribute("name") != strName) {
+        oChild = oChild.nextSiblingElement(strKind);
+    }
+    return oChild;
+}
+
+/** Returns the D-Bus signature of a method's arguments in one direction, "in" or "out". */
+QString signatureOf(const QDomElement& oMethod, const QString& strDirection)
+{
+    QString strSignature;
+    for (auto o = oMethod.firstChildElement(); !o.isNull(); o = o.nextSiblingElement()) {
+        if (o.attribute("direction") == strDirection) {
+            strSignature += o.attribute("type");
+        }
+    }
+    return strSignature;
+}
+
+/** Returns the reply of a member that the panel never calls; an invalid value for none. */
+QVariant emptyValue(const QString& strSignature)
+{
+    static const QHash<QString, QVariant> s_oValues = {{"ay", QByteArray()},
+                                                       {"b", false},
+                                                       {"i", 0},
+                                                       {"o", QVariant::fromValue(QDBusObjectPath("/"))},
+                                                       {"s", QString("")},
+                                                       {"y", QVariant::fromValue(uchar(0))}};
+    return s_oValues.value(strSignature);
+}
+
+} // namespace
+
+PlatformObjects::PlatformObjects(World& oWorld, int nLeaseDelayMs)
+    : m_oWorld(oWorld), m_oNetwork(nLeaseDelayMs)
+{
+    QFile oFile(":/com.quen.OVIK.xml");
+    QDomDocument oDocument;
+    if (!oFile.open(QIODevice::ReadOnly) || !oDocument.setContent(&oFile)) {
+        qFatal("no description of the interfaces");
+    }
+    m_oDescription = oDocument.documentElement();
+    addAnswers();
+}
+
+void PlatformObjects::addAnswers()
+{
+    m_oAnswers = {
+        {"/MainOSInfo info",
+         [this](const auto&) {
+             return record({2, 21, 11, 26, m_oVersion});
+         }},
+        {"/NetworkManager applyNewConfiguration", [this](const auto&) { return m_oNetwork.apply(), 0; }},
+        {"/NetworkManager getConfigJSON", [this](const auto&) { return json(m_oNetwork.toJSON()); }},
+        {"/NetworkManager getInterfaceConfig",
+         [this](const auto& o) { return json(m_oNetwork.interfaceJSON(o[0].toString())); }},
+        {"/NetworkManager setInterfaceConfigJSON",
+         [this](const auto& o) {
+             const QString strName = o[0].toString();
+             return isKnown(strName) && m_oNetwork.merge(strName, o[1].toString()) ? 0 : -1;
+         }},
+        {"/ServiceManager disable",
+         [this](const auto& o) { return m_oEnabledServices.removeAll(o[0].toString()), 0; }},
+        {"/ServiceManager enable",
+         [this](const auto& o) { return m_oEnabledServices.append(o[0].toString()), 0; }},
+        {"/ServiceManager enabled",
+         [this](const auto& o) { return m_oEnabledServices.contains(o[0].toString()); }},
+        {"/SystemInfo info",
+         [this](const auto&) {
+             return record({21, 11, 26, "\1\2\3", "PLC07", 0x10, 0x20, "QN", 7});
+         }},
+    };
+}
+
+void PlatformObjects::setVersion(const QString& strVersion)
+{
+    m_oVersion = strVersion.toLatin1().leftJustified(s_nVersionCharacters, '\0', true);
+}
+
+QDomElement PlatformObjects::interfaceAt(const QString& strPath) const
+{
+    return childNamed(m_oDescription, "interface", s_oInterfaces.value(strPath));
+}
+
+/** Returns the description of the method that is called; null when the object has none such. */
+QDomElement PlatformObjects::methodOf(const QDBusMessage& oCall) const
+{
+    const QDomElement oMethod = childNamed(interfaceAt(oCall.path()), "method", oCall.member());
+    const QString strInterface = oCall.interface();
+    const bool bHere = strInterface.isEmpty() || strInterface == s_oInterfaces.value(oCall.path());
+    return bHere && oCall.signature() == signatureOf(oMethod, "in") ? oMethod : QDomElement();
+}
+
+QString PlatformObjects::introspect(const QString& strPath) const
+{
+    QString strXML;
+    QTextStream oStream(&strXML);
+    interfaceAt(strPath).save(oStream, 1);
+    for (const QString& strObject : s_oInterfaces.keys()) {
+        if (strPath == "/" && strObject != strPath) {
+            oStream << QStringLiteral("<node name=\"%1\"/>\n").arg(strObject.mid(1));
+        }
+    }
+    return strXML;
+}
+
+bool PlatformObjects::handleMessage(const QDBusMessage& oCall, const QDBusConnection& oConnection)
+{
+    const bool bNoRoot = m_oWorld.is("root-late") && oCall.path() == "/";
+    if (bNoRoot || !s_oInterfaces.contains(oCall.path())) {
+        return oConnection.send(oCall.createErrorReply(
+            QDBusError::UnknownObject, QStringLiteral("No such object path '%1'").arg(oCall.path())));
+    }
+    if (oCall.interface().startsWith("org.freedesktop.DBus.")) {
+        return false; // Qt answers introspection
+    }
+    m_oWorld.noteCall(oCall);
+    if (!m_oWorld.is("slow")) {
+        answer(oCall, oConnection);
+        return true;
+    }
+    // By name: an object of the connection would keep it open when the service is to leave the bus.
+    const QString strConnection = oConnection.name();
+    QTimer::singleShot(m_oWorld.number(), this, [=] { QDBusConnection(strConnection).send(replyTo(oCall)); });
+    return true;
+}
+
+void PlatformObjects::answer(const QDBusMessage& oCall, const QDBusConnection& oConnection)
+{
+    if (m_oWorld.concerns("errors", oCall.member())) {
+        oConnection.send(oCall.createErrorReply("com.quen.OVIK.Error.Failed", "Simulated failure"));
+    } else if (m_oWorld.concerns("vanishes", oCall.member())) {
+        emit vanishing();
+    } else if (m_oWorld.is("wrong-types") && m_oWorld.argument().isEmpty()) {
+        oConnection.send(oCall.createReply(QStringList("of a type that no member replies with")));
+    } else if (!m_oWorld.concerns("silent", oCall.member())) {
+        oConnection.send(replyTo(oCall));
+    }
+}
+
+/** Carries out the call and returns the reply of a service that is well. */
+QDBusMessage PlatformObjects::replyTo(const QDBusMessage& oCall)
+{
+    const QDomElement oMethod = methodOf(oCall);
+    if (oMethod.isNull()) {
+        return oCall.createErrorReply(QDBusError::UnknownMethod,
+                                      QStringLiteral("No such method '%1'").arg(oCall.member()));
+    }
+    const QVariantList oArguments = oCall.arguments();
+    if (oCall.member() == "getInterfaceConfig" && !isKnown(oArguments[0].toString())) {
+        return oCall.createErrorReply(
+            "com.quen.OVIK.Error.UnknownInterface",
+            QStringLiteral("No such network interface: %1").arg(oArguments[0].toString()));
+    }
+    const auto fnAnswer = m_oAnswers.value(oCall.path() + QLatin1Char(' ') + oCall.member());
+    const QVariant oValue = fnAnswer ? fnAnswer(oArguments) : emptyValue(signatureOf(oMethod, "out"));
+    return oValue.isValid() ? oCall.createReply(oValue) : oCall.createReply();
+}
+
+bool PlatformObjects::isKnown(const QString& strInterface)
+{
+    return !m_oNetwork.interfaceJSON(strInterface).isEmpty() &&
+           !m_oWorld.concerns("unknown-interface", strInterface);
+}
+
+/** Returns strJSON, or what the present world makes of it. */
+QVariant PlatformObjects::json(const QString& strJSON)
+{
+    if (m_oWorld.is("malformed-json")) {
+        return m_oWorld.argument().isEmpty() ? strJSON.left(strJSON.size() / 2) : m_oWorld.argument();
+    }
+    if (m_oWorld.is("wrong-types")) {
+        return QStringLiteral(
+            R"({ "version" : "1", "name" : "eth0", "dhcp" : "no", "ip_address" : 3232235796, )"
+            R"("interfaces" : [ { "name" : 0 } ] })");
+    }
+    return strJSON;
+}
+
+/** Returns a D-Bus structure of bytes and byte arrays, the arrays as long as the present world has them. */
+QVariant PlatformObjects::record(const QVariantList& oFields)
+{
+    const bool bResized = m_oWorld.is("short-records");
+    QDBusArgument oRecord;
+    oRecord.beginStructure();
+    for (const QVariant& oField : oFields) {
+        if (oField.userType() == QMetaType::Int) {
+            oRecord << static_cast<uchar>(oField.toInt());
+            continue;
+        }
+        const QByteArray oBytes = oField.toByteArray();
+        oRecord << (bResized ? oBytes.leftJustified(m_oWorld.number(), '\xff', true) : oBytes);
+    }
+    oRecord.endStructure();
+    return QVariant::fromValue(oRecord);
+}

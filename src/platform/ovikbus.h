@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDBusConnection>
+
+#include <functional>
+
+/** Finds the bus that has the platform service. */
+namespace ovikbus {
+
+/** The service's name. */
+constexpr char s_szService[] = "com.quen.OVIK";
+
+/** The path of its root object. */
+constexpr char s_szRootPath[] = "/";
+
+/**
+ * Connects to the system bus, or to the session bus where that has the service or there is no system bus.
+ *
+ * Blocks up to 5 s for each call that it makes. fnFound is called once when the service has answered, with
+ * the connection that the search began with, even if the service is on another one. Steps and failures are
+ * logged as warnings.
+ *
+ * Returns a connection that the caller owns. It may lack the service when only the system bus can be reached.
+ * Returns null when no bus can be reached, or a session bus can be reached but no bus has the service.
+ */
+QDBusConnection* connectToService(const std::function<void(const QDBusConnection&)>& fnFound);
+
+} // namespace ovikbus
