@@ -56,6 +56,9 @@ public:
 template<class DataType>
 class TrivialType_T
 {
+    template<class PlainType>
+    using IfPlain_T = std::enable_if_t<std::is_convertible_v<PlainType, DataType>>;
+
 public:
     /** Holds a copy of tValue, by default an empty string, 0 or false. */
     TrivialType_T(DataType tValue = DataType()) : m_tValue(std::move(tValue)) {}
@@ -68,8 +71,21 @@ public:
     /** Converts to the value. */
     operator const DataType&() const { return m_tValue; }
 
-    /** Tells whether the values are equal; a number that is NaN equals nothing. */
-    bool operator==(const TrivialType_T& other) const { return m_tValue == other.m_tValue; }
+    friend bool operator==(const TrivialType_T& left, const TrivialType_T& right)
+    {
+        return left.m_tValue == right.m_tValue;
+    }
+    // Templates: any other signature is as good a match as the comparison of two converted values.
+    template<class PlainType, class = IfPlain_T<PlainType>>
+    friend bool operator==(const TrivialType_T& left, const PlainType& right)
+    {
+        return left.m_tValue == right;
+    }
+    template<class PlainType, class = IfPlain_T<PlainType>>
+    friend bool operator==(const PlainType& left, const TrivialType_T& right)
+    {
+        return left == right.m_tValue;
+    }
 
 private:
     DataType m_tValue;

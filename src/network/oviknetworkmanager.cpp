@@ -187,19 +187,28 @@ void writeWhenSet(json::Object& object, const char* key, int field)
     }
 }
 
-/** Copies owned records; the target must not own any. When memory runs out it owns what was copied. */
+/** Copies owned records, null ones left out. When memory runs out the target, empty before, owns what was
+ * copied. */
 template<class RecordType>
 void copyRecords(const QMap<QString, RecordType*>& from, QMap<QString, RecordType*>& to)
 {
     for (auto record = from.begin(); record != from.end(); ++record) {
-        RecordType*& copy = to[record.key()];
-        copy = new RecordType(*record.value());
+        if (record.value()) {
+            RecordType*& copy = to[record.key()];
+            copy = new RecordType(*record.value());
+        }
     }
 }
 
+/** Compares owned records by key and content, null ones left out. */
 template<class RecordType>
-bool equalRecords(const QMap<QString, RecordType*>& left, const QMap<QString, RecordType*>& right)
+bool equalRecords(QMap<QString, RecordType*> left, QMap<QString, RecordType*> right)
 {
+    for (auto* records : {&left, &right}) {
+        for (const QString& name : records->keys(nullptr)) {
+            records->remove(name);
+        }
+    }
     return left.keys() == right.keys() &&
            std::equal(left.begin(), left.end(), right.begin(),
                       [](const RecordType* first, const RecordType* second) { return *first == *second; });
@@ -436,7 +445,9 @@ json::Object NetworkConfiguration::BridgeService::toJSONObject() const
 {
     json::Array bridges;
     for (const BridgeInterface* entry : list) {
-        bridges.Insert(bridgeToJSONObject(*entry));
+        if (entry) {
+            bridges.Insert(bridgeToJSONObject(*entry));
+        }
     }
     json::Object object;
     object["enabled"] = json::Boolean(enabled);
@@ -529,7 +540,9 @@ json::Object NetworkConfiguration::toJSONObject() const
 {
     json::Array interfaceObjects;
     for (const Interface* interface : interfaces) {
-        interfaceObjects.Insert(interface->toJSONObject());
+        if (interface) {
+            interfaceObjects.Insert(interface->toJSONObject());
+        }
     }
     json::Object object;
     object["version"] = json::Number(version);

@@ -139,7 +139,7 @@ public:
 
         bool enabled = false;
         QStringList interfaces;
-        /** The bridges by name, owned. */
+        /** The bridges by name, owned. A null record counts as absent. */
         QMap<QString, BridgeInterface*> list;
     };
 
@@ -173,7 +173,7 @@ public:
     Dns dns;
     QString hostname;
     BridgeService bridge;
-    /** The interfaces by name, owned. */
+    /** The interfaces by name, owned. A null record counts as absent. */
     QMap<QString, Interface*> interfaces;
 };
 

@@ -48,6 +48,11 @@ private slots:
         QVERIFY(Number(1) == oElement);
         QVERIFY(UnknownElement(String("a")) == String("a") && !(UnknownElement(String("a")) == String("b")));
 
+        // With plain values, of convertible types too, on either side.
+        QVERIFY(Number(1) == 1.0 && Number(1) == 1 && 1.0 == Number(1) && !(Number(1) == 2));
+        QVERIFY(Boolean(true) == true && !(false == Boolean(true)) && oElement.CastTo<Number>() == 1.0);
+        QVERIFY(String("a") == "a" && !("b" == String("a")) && String("a") == std::string("a"));
+
         const Object oOne = readText(R"({"a":1,"b":[{},[2]]})");
         QVERIFY(oOne == readText(R"({"a":1,"b":[{},[2]]})"));
         for (const char* szOther :

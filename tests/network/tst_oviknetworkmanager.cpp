@@ -174,6 +174,12 @@ private slots:
         const NetworkConfiguration& same = copy;
         copy = same;
         copy.bridge = same.bridge;
+        // A null record counts as absent.
+        copy.interfaces.insert("null", nullptr);
+        copy.bridge.list.insert("null", nullptr);
+        QVERIFY(NetworkConfiguration(copy) == copy && copy == NetworkConfiguration(copy));
+        QCOMPARE(NetworkConfiguration(copy).interfaces.keys(), QStringList({"eth0", "eth1"}));
+        QCOMPARE(copy.toJSON(), NetworkConfiguration(copy).toJSON());
         QVERIFY(!copy.bridge.list.value("br0")->stp);
     }
 };
