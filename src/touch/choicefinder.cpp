@@ -18,12 +18,13 @@ constexpr int s_nEnoughRows = 3;
 } // namespace
 
 ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
-    : QObject(pComboBox), m_pComboBox(pComboBox), m_pList(new QListView(pComboBox))
+    : QObject(pComboBox), m_pComboBox(pComboBox), m_pList(new QListView(pComboBox->window()))
 {
     m_oFound.setSourceModel(pComboBox->model());
     m_oFound.setFilterCaseSensitivity(Qt::CaseInsensitive);
     m_pList->setObjectName(QStringLiteral("choices"));
-    m_pList->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    m_pList->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
+                            Qt::X11BypassWindowManagerHint);
     m_pList->setFocusPolicy(Qt::NoFocus);
     m_pList->setAttribute(Qt::WA_ShowWithoutActivating);
     m_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -5,7 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QToolButton>
+#include <QPushButton>
 
 namespace {
 
@@ -27,18 +27,20 @@ DateTimeSteps::DateTimeSteps(QDateTimeEdit* pEdit)
     pEdit->setWrapping(true);
     pEdit->installEventFilter(this);
     m_pText->installEventFilter(this);
+    setStyleSheet(QStringLiteral("QPushButton { font-size: 28px; }"));
     connect(m_pText, SIGNAL(cursorPositionChanged(int, int)), this, SLOT(showPart()));
     setEnabled(pEdit->isEnabled());
     showPart();
 }
 
-QToolButton* DateTimeSteps::makeButton(const QString& strName, const QString& strText, const char* szSlot)
+QPushButton* DateTimeSteps::makeButton(const QString& strName, const QString& strText, const char* szSlot)
 {
-    auto* pButton = new QToolButton;
+    auto* pButton = new QPushButton;
     pButton->setObjectName(strName);
     pButton->setText(strText);
     pButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     pButton->setFocusPolicy(Qt::NoFocus); // the part in the field stays selected
+    pButton->setAutoDefault(false);
     pButton->setAutoRepeat(true);
     pButton->setAutoRepeatDelay(s_nRepeatDelay);
     pButton->setAutoRepeatInterval(s_nRepeatInterval);

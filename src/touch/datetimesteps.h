@@ -5,7 +5,7 @@
 class QDateTimeEdit;
 class QLabel;
 class QLineEdit;
-class QToolButton;
+class QPushButton;
 
 /**
  * Two buttons that change one part of a date and time: by one with each tap, by many while held.
@@ -31,7 +31,7 @@ private slots:
     void showPart();
 
 private:
-    QToolButton* makeButton(const QString& strName, const QString& strText, const char* szSlot);
+    QPushButton* makeButton(const QString& strName, const QString& strText, const char* szSlot);
     void step(int nSteps);
 
     QDateTimeEdit* m_pEdit;

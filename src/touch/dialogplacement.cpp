@@ -6,6 +6,7 @@
 #include "touch/touchsheet.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialog>
@@ -103,13 +104,29 @@ void DialogPlacement::fitTargets(const QFont& oFont)
         fitDateFields(nTarget);
         refreshHints();
         if (m_pDialog->minimumSizeHint().width() > oScreen.width()) {
-            m_pForm->setRowWrapPolicy(QFormLayout::WrapAllRows);
+            wrapRows();
             refreshHints();
         }
         m_nOutside = m_pDialog->sizeHint().height() - m_pArea->sizeHint().height();
         m_pDialog->resize(wantedSize().expandedTo(oInitial).boundedTo(oScreen));
         if (wantedSize().height() <= oScreen.height()) {
             break;
+        }
+    }
+}
+
+// A check box gets a row of its own, as wide as the form: all of it can be tapped.
+void DialogPlacement::wrapRows()
+{
+    m_pForm->setRowWrapPolicy(QFormLayout::WrapAllRows);
+    for (int i = 0; i < m_pForm->rowCount(); ++i) {
+        QLayoutItem* pLabel = m_pForm->itemAt(i, QFormLayout::LabelRole);
+        if (pLabel && qobject_cast<QCheckBox*>(pLabel->widget())) {
+            const QFormLayout::TakeRowResult oRow = m_pForm->takeRow(i);
+            m_pForm->insertRow(i, oRow.labelItem->widget());
+            m_pForm->insertRow(i + 1, oRow.fieldItem->widget());
+            delete oRow.labelItem;
+            delete oRow.fieldItem;
         }
     }
 }

@@ -41,6 +41,7 @@ private:
     void makeScrollable();
     void fitButtons();
     void fitTargets(const QFont& oFont);
+    void wrapRows();
     void fitDateFields(int nTarget);
     void refreshHints();
     QSize wantedSize() const;

@@ -3,25 +3,32 @@
 #include <QBoxLayout>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableView>
-#include <QToolButton>
+#include <QTransform>
 
 namespace {
 
 constexpr int s_nColumns = 7;
 constexpr int s_nRows = 6;
-constexpr int s_nNamesHeight = 24; // of the days of the week
+constexpr int s_nNamesHeight = 22; // of the days of the week
 constexpr int s_nCell = 48;
+constexpr int s_nRoomyCell = 40;
 constexpr int s_nBesideWidth = 56; // of the buttons beside the days
-constexpr int s_nBorder = 2;
-constexpr int s_nLabelWidth = 48;
+constexpr int s_nFrame = 2;
+constexpr int s_nTextMargin = 3; // of the table
+constexpr int s_nLabelWidth = 46;
 constexpr int s_nLabelHeight = 24;
 constexpr int s_aButtons[] = {48, 40, 36};
 constexpr int s_nRepeatDelay = 400; // milliseconds
 constexpr int s_nRepeatInterval = 250;
-constexpr char s_szBarSheet[] = "QToolButton { min-width: %1px; min-height: %1px; padding: 0px; }";
+constexpr int s_nArrow = 24;
+constexpr char s_szArrow[] = ":/images/touch/arrow-down.png";
+constexpr char s_szBarSheet[] =
+    "QPushButton { min-width: %1px; min-height: %1px; padding: 0px; border: none; }";
 
 } // namespace
 
@@ -32,6 +39,8 @@ struct TouchCalendar::sPlan
     int m_nButton;
     QSize m_oCell;
 
+    int least() const { return qMin(m_oCell.width(), m_oCell.height()); }
+
     QSize days() const { return {s_nColumns * m_oCell.width(), s_nNamesHeight + s_nRows * m_oCell.height()}; }
 };
 
@@ -39,7 +48,13 @@ TouchCalendar::TouchCalendar(QWidget* pParent)
     : QCalendarWidget(pParent), m_pMonth(new QLabel), m_pYear(new QLabel)
 {
     const QScreen* pScreen = QGuiApplication::primaryScreen();
-    const sPlan oPlan = planFor(pScreen ? pScreen->size() : QSize());
+    const QSize oScreen = pScreen ? pScreen->size() - QSize(1, 1) : QSize(); // the field places it one off
+    const QSize oFrame(2 * s_nFrame, 2 * s_nFrame);
+    sPlan oPlan = planFor(oScreen - oFrame);
+    const bool bFramed = oPlan.least() >= qMin(s_nRoomyCell, planFor(oScreen).least());
+    if (!bFramed) {
+        oPlan = planFor(oScreen);
+    }
     setNavigationBarVisible(false);
     setVerticalHeaderFormat(NoVerticalHeader);
     fitDays(oPlan);
@@ -47,6 +62,11 @@ TouchCalendar::TouchCalendar(QWidget* pParent)
     pLayout->setDirection(oPlan.m_bBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     pLayout->insertWidget(0, makeBar(oPlan));
     m_oSize = oPlan.days() + (oPlan.m_bBeside ? QSize(s_nBesideWidth, 0) : QSize(0, oPlan.m_nButton));
+    if (bFramed) {
+        setAttribute(Qt::WA_StyledBackground);
+        pLayout->setContentsMargins(s_nFrame, s_nFrame, s_nFrame, s_nFrame);
+        m_oSize += oFrame;
+    }
     connect(this, SIGNAL(currentPageChanged(int, int)), this, SLOT(showPage()));
 }
 
@@ -63,9 +83,9 @@ TouchCalendar::sPlan TouchCalendar::planFor(const QSize& oScreen)
                               qMin(oDays.height() / s_nRows, s_nCell));
             const int nLength = 4 * nButton + 2 * (bBeside ? s_nLabelHeight : s_nLabelWidth);
             const bool bFits = nLength <= (bBeside ? oScreen.height() : oScreen.width());
-            const int nBest = qMin(oBest.m_oCell.width(), oBest.m_oCell.height());
-            if (bFits && qMin(oCell.width(), oCell.height()) > nBest) {
-                oBest = {bBeside, nButton, oCell};
+            const sPlan oPlan = {bBeside, nButton, oCell};
+            if (bFits && oPlan.least() > oBest.least()) {
+                oBest = oPlan;
             }
         }
     }
@@ -87,18 +107,18 @@ QWidget* TouchCalendar::makeBar(const sPlan& oPlan)
 {
     auto* pBar = new QWidget;
     pBar->setObjectName(QStringLiteral("calendarBar"));
-    pBar->setStyleSheet(QString(s_szBarSheet).arg(oPlan.m_nButton - 2 * s_nBorder));
+    pBar->setStyleSheet(QString(s_szBarSheet).arg(oPlan.m_nButton));
     auto* pLayout = new QBoxLayout(oPlan.m_bBeside ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, pBar);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
-    const Qt::ArrowType eBack = oPlan.m_bBeside ? Qt::UpArrow : Qt::LeftArrow;
-    const Qt::ArrowType eOn = oPlan.m_bBeside ? Qt::DownArrow : Qt::RightArrow;
-    pLayout->addWidget(makeButton("previousMonth", eBack, SLOT(showPreviousMonth())));
+    const int nBack = oPlan.m_bBeside ? 180 : 90; // the arrow points down
+    const int nOn = oPlan.m_bBeside ? 0 : -90;
+    pLayout->addWidget(makeButton("previousMonth", nBack, SLOT(showPreviousMonth())));
     pLayout->addWidget(m_pMonth, 1);
-    pLayout->addWidget(makeButton("nextMonth", eOn, SLOT(showNextMonth())));
-    pLayout->addWidget(makeButton("previousYear", eBack, SLOT(showPreviousYear())));
+    pLayout->addWidget(makeButton("nextMonth", nOn, SLOT(showNextMonth())));
+    pLayout->addWidget(makeButton("previousYear", nBack, SLOT(showPreviousYear())));
     pLayout->addWidget(m_pYear, 1);
-    pLayout->addWidget(makeButton("nextYear", eOn, SLOT(showNextYear())));
+    pLayout->addWidget(makeButton("nextYear", nOn, SLOT(showNextYear())));
     for (QLabel* pLabel : {m_pMonth, m_pYear}) {
         pLabel->setAlignment(Qt::AlignCenter);
         pLabel->setMinimumSize(1, 1); // the texts are chosen to fit
@@ -106,11 +126,12 @@ QWidget* TouchCalendar::makeBar(const sPlan& oPlan)
     return pBar;
 }
 
-QToolButton* TouchCalendar::makeButton(const char* szName, Qt::ArrowType eArrow, const char* szSlot)
+QPushButton* TouchCalendar::makeButton(const char* szName, int nAngle, const char* szSlot)
 {
-    auto* pButton = new QToolButton;
+    auto* pButton = new QPushButton;
     pButton->setObjectName(szName);
-    pButton->setArrowType(eArrow);
+    pButton->setIcon(QPixmap(s_szArrow).transformed(QTransform().rotate(nAngle)));
+    pButton->setIconSize({s_nArrow, s_nArrow});
     pButton->setFocusPolicy(Qt::NoFocus);
     pButton->setAutoRepeat(true);
     pButton->setAutoRepeatDelay(s_nRepeatDelay);
@@ -125,7 +146,7 @@ void TouchCalendar::showEvent(QShowEvent* pEvent)
     int nWidest = 0;
     for (int nDay = Qt::Monday; nDay <= Qt::Sunday; ++nDay) {
         const QString strName = locale().dayName(nDay, QLocale::ShortFormat);
-        nWidest = qMax(nWidest, fontMetrics().horizontalAdvance(strName));
+        nWidest = qMax(nWidest, fontMetrics().horizontalAdvance(strName) + 2 * s_nTextMargin);
     }
     const bool bShort = nWidest < findChild<QTableView*>()->width() / s_nColumns;
     setHorizontalHeaderFormat(bShort ? ShortDayNames : SingleLetterDayNames);

@@ -3,7 +3,7 @@
 #include <QCalendarWidget>
 
 class QLabel;
-class QToolButton;
+class QPushButton;
 
 /**
  * A calendar for fingers that fits the screen: buttons for month and year, a day in each cell.
@@ -37,7 +37,7 @@ private:
     static sPlan planFor(const QSize& oScreen);
     void fitDays(const sPlan& oPlan);
     QWidget* makeBar(const sPlan& oPlan);
-    QToolButton* makeButton(const char* szName, Qt::ArrowType eArrow, const char* szSlot);
+    QPushButton* makeButton(const char* szName, int nAngle, const char* szSlot);
 
     QSize m_oSize;
     QLabel* m_pMonth;

@@ -46,6 +46,9 @@ QListView {
     selection-background-color: #0b7f86; selection-color: white; }
 QListView::item { min-height: %1px; padding: 0px 6px; border: none; background: white; color: black; }
 QListView::item:selected { background: #0b7f86; color: white; }
+QCalendarWidget { border: 2px solid #1b2f3c; background: white; }
+QCalendarWidget QWidget { background: white; alternate-background-color: #eef8f8; }
+QCalendarWidget QTableView { selection-background-color: #0b7f86; selection-color: white; outline: none; }
 QScrollBar:vertical { width: 8px; background: #dcdcdc; }
 QScrollBar::handle { background: #78828c; border-radius: 2px; margin: 2px; min-height: 36px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
