@@ -74,11 +74,11 @@ export QT_PLUGIN_PATH=$build/tests/plugins QT_QPA_GENERIC_PLUGINS=probe:/tmp/pro
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"
-read -r greeting <&"$output" || fnFail 'the panel does not greet'
+read -r greeting <&"$output" || fnFail 'the panel writes no greeting'
 fnSay "The panel greets: $greeting"
 
 fnAwait test -p /tmp/tarnixUI
-fnSay "The panel says through its named pipe: $(</tmp/tarnixUI)"
+fnSay "The panel writes into its named pipe: $(</tmp/tarnixUI)"
 fnStage started 'The panel as it starts'
 
 fnSend 'i4711' 'dQX 500/600' 'v3.4.1'
@@ -89,7 +89,7 @@ fnService setInterfaceConfigJSON eth0 \
 fnService applyNewConfiguration
 fnSay 'Somebody gives eth0 another address; the panel looks every ten seconds'
 sleep 10
-fnStage interfaces 'It shows what the platform service says'
+fnStage interfaces 'It shows the address of the platform service'
 
 fnFinger tap =10.0.0.77
 fnFinger await NetworkSettingsDialog
@@ -152,7 +152,7 @@ fnFinger tap autoUpdate_CheckBox
 fnFinger tap applyButton
 fnFinger tap closeButton
 fnStage datetime-zone 'The clock shows the time of the other zone; NTP is off again'
-fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/timezone says $(</etc/timezone)"
+fnSay "The device's files: /etc/localtime is $(readlink /etc/localtime), /etc/timezone holds $(</etc/timezone)"
 grep ServiceManager "$calls"
 
 fnFinger tap toolButton
@@ -166,9 +166,9 @@ fnStage scrolled 'Twenty applications, scrolled by touch'
 fnSend n3
 [[ -n $pictures ]] || fnPrompt
 [[ -z $pictures ]] || fnSend quit
-read -r farewell <&"$output" || fnFail 'the panel says no farewell'
+read -r farewell <&"$output" || fnFail 'the panel ends without a farewell'
 wait "$panel" && status=0 || status=$?
-fnSay "The panel says $farewell and ends with status $status"
+fnSay "The panel writes \"$farewell\" and ends with status $status"
 echo 'Its log:'
 sed 's/^/  /' "$log"
 echo 'The calls that the platform service received:'

@@ -19,6 +19,8 @@ mkdir -p database/updates
 cp -r /var/lib/dpkg/{info,status} database
 [[ ! -e /var/lib/dpkg/arch ]] || cp /var/lib/dpkg/arch database
 rm -f /etc/dpkg/dpkg.cfg.d/*
+# dpkg renames the package's folder there, which an overlay in a user namespace refuses.
+mount -t tmpfs -o mode=755 tmpfs /usr/share/doc
 fnDpkg() { dpkg --admindir="$PWD/database" --log="$PWD/dpkg.log" --no-triggers "$@"; }
 # The paths of the package that are on the machine.
 fnFiles() { dpkg-deb --fsys-tarfile "$package" | tar -t | sed 's/^.//' | { xargs ls -d 2>/dev/null || true; } | sort; }
@@ -46,11 +48,11 @@ drwxr-xr-x root:root /usr/share/doc/tarnixui/
 -rw-r--r-- root:root /usr/share/doc/tarnixui/platform-service.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/runtime-protocol.md
 -rw-r--r-- root:root /usr/share/man/man1/tarnixUI.1.gz"
-fnExpect 'The version in the changelog' \
+fnExpect 'The version in packaging/changelog.Debian' \
     "$(zcat /usr/share/doc/tarnixui/changelog.Debian.gz | dpkg-parsechangelog -l - -S Version)" \
     "$(dpkg-deb -f "$package" Version)"
 
-fnExpect 'What the program says' "$(echo quit | QT_QPA_PLATFORM=offscreen "${emulator[@]}" /usr/bin/tarnixUI)" \
+fnExpect 'What the program writes' "$(echo quit | QT_QPA_PLATFORM=offscreen "${emulator[@]}" /usr/bin/tarnixUI)" \
     $'First message\n> Good bye!'
 
 fnDpkg --purge tarnixui

@@ -7,16 +7,21 @@
 # Needs root, mmdebstrap, Debian's archive, and 10 GB in TMPDIR or /var/tmp. Nothing of the trial stays on the machine.
 set -euo pipefail
 
-fnDevices() { # those that every program may use, none that reaches the machine's disks
-    local name
+fnDevices() { # those that every user may use, none that reaches the machine's disks
+    local name major minor
     mount -t tmpfs -o mode=755 tmpfs dev
     mkdir -m 1777 dev/shm
     mkdir dev/net dev/pts
     mount -t devpts -o newinstance,ptmxmode=666 devpts dev/pts
-    for name in full net/tun null random tty urandom zero; do
-        touch "dev/$name"
-        mount --bind "/dev/$name" "dev/$name"
-    done
+    while read -r name major minor; do
+        mknod -m 666 "dev/$name" c "$major" "$minor"
+    done <<<'full 1 7
+net/tun 10 200
+null 1 3
+random 1 8
+tty 5 0
+urandom 1 9
+zero 1 5'
     ln -s pts/ptmx dev/ptmx
     ln -s /proc/self/fd dev/fd
     ln -s /proc/self/fd/0 dev/stdin

@@ -35,7 +35,7 @@ fnRefuse() {
     done <<<'user.max_user_namespaces 0 10000
 kernel.unprivileged_userns_clone 0 1
 kernel.apparmor_restrict_unprivileged_userns 1 0'
-    fnFail "this system refuses the namespaces without which nothing is run here; $remedy"
+    fnFail "this system allows no mount, network and process namespaces, and nothing runs without them; $remedy"
 }
 
 fnChoose() { # sets namespaces to the options of unshare that work here
@@ -55,7 +55,7 @@ fnOverlay() { # DIR
         # A user namespace may write to nothing of the machine's root, but to what is ours already.
         case $dir in
         /etc) cp -r --preserve=mode,links /etc/. "$work/upper" 2>/dev/null || true ;;
-        /usr) mkdir -p "$work/upper/share"/{doc,man/man1,zoneinfo} ;;
+        /usr) mkdir -p "$work/upper/share"/{man/man1,zoneinfo} ;;
         esac
     fi
     mount -t overlay overlay -o "lowerdir=$dir,upperdir=$work/upper,workdir=$work/work" "$dir"

@@ -19,16 +19,16 @@ class Commands:
         self.rows = {}
         self.missing = []  # indices of rows that are not there, which the panel logs
 
-    def text(self, flavour=None):
+    def text(self):
         self.count += 1
-        return f"#{self.count:07} {self.dice.choice(FLAVOURS) if flavour is None else flavour}"
+        return f"#{self.count:07} {self.dice.choice(FLAVOURS)}"
 
     def field(self, prefix):
         self.fields[prefix] = self.text()
         return (prefix + self.fields[prefix]).encode()
 
-    def row(self, letter, index, flavour=None):
-        text = self.text(flavour)
+    def row(self, letter, index):
+        text = self.text()
         if index < self.made:
             self.rows[letter, index] = text
         else:
@@ -62,13 +62,9 @@ class Commands:
         lines = [self.line() for _ in range(size)]
         return lines + [self.field(prefix) for prefix, text in self.fields.items() if text is None] + [b"w0"]
 
-    def fill(self):
-        """Returns commands that make and fill every row with texts of one length."""
-        return [self.number(ROWS + 1)] + [self.row(letter, index, "") for letter in "as" for index in range(1, ROWS)]
-
-    def empty(self):
-        """Returns commands that leave no rows, and new texts in the fields."""
-        return [self.number(1)] + [self.field(prefix) for prefix in FIELDS]
+    def tidy(self):
+        """Returns commands that make every row, show none, and give the fields new texts."""
+        return [self.number(ROWS + 1), self.number(1)] + [self.field(prefix) for prefix in FIELDS]
 
     def expected(self):
         """Returns the texts of the fields and of the rows that are on show."""

@@ -24,19 +24,6 @@ def fail(what):
     raise Fault(what)
 
 
-class Watcher(Finger):
-    """Measures how long the panel takes to answer."""
-    PATIENCE = 20
-    PACE = 3.0
-    longest = 0.0
-
-    def widgets(self):
-        begin = time.monotonic()
-        widgets = super().widgets()
-        self.longest = max(self.longest, time.monotonic() - begin)
-        return widgets
-
-
 class Panel:
     """A running panel and the finger on it."""
 
@@ -44,12 +31,12 @@ class Panel:
         with open(program, "rb") as file:
             # A memory checker works neither with another time nor with weighing.
             self.checker = valgrind or b"__asan_init" in file.read()
+        Finger.PATIENCE, Finger.PACE = (60, 0.3) if valgrind else (20, 3.0)
         environment = {"QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
                        "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins",
                        "LSAN_OPTIONS": f"suppressions='{HERE}/../lsan.supp':print_suppressions=0"}
         command = [program]
         if valgrind:
-            Watcher.PATIENCE, Watcher.PACE = 60, 0.3
             environment["QT_ENABLE_REGEXP_JIT"] = "0"
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
                        "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", program]
@@ -62,17 +49,18 @@ class Panel:
                                             env={**os.environ, **environment}, bufsize=0)
         with open("/tmp/tarnixUI", encoding="ascii") as pipe:
             pipe.read()  # what it writes after its first paint
-        self.finger = Watcher("/tmp/probe")
+        self.finger = Finger("/tmp/probe")
 
     def send(self, *lines):
         self.process.stdin.write(b"".join(line + b"\n" for line in lines))
 
-    def becomes(self, condition):
-        """Waits until the condition holds, and returns whether it does."""
-        deadline = time.monotonic() + Watcher.PATIENCE
-        while not condition() and time.monotonic() < deadline:
+    def wait(self, condition, complaint):
+        """Waits until the condition holds; if it does not, fails with what complaint() returns."""
+        deadline = time.monotonic() + Finger.PATIENCE
+        while not condition():
+            if time.monotonic() > deadline:
+                fail(complaint())
             time.sleep(0.05)
-        return condition()
 
     def visible(self, *names):
         return any(widget["name"] in names for widget in self.finger.widgets())
@@ -85,8 +73,8 @@ class Panel:
 
     def settle(self, expected):
         """Waits until the panel shows what is expected."""
-        if not self.becomes(lambda: self.shown(expected[0]) == expected):
-            fail(f"commands lost: {self.shown(expected[0])} in place of {expected}")
+        self.wait(lambda: self.shown(expected[0]) == expected,
+                  lambda: f"commands lost: {self.shown(expected[0])} in place of {expected}")
 
     def check_log(self, missing):
         """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""

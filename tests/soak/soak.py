@@ -48,8 +48,7 @@ class Soak:
         self.dice = random.Random(options.seed)
         self.runtime = Commands(self.dice)
         self.done = collections.Counter()
-        self.addresses = 0
-        self.samples = []
+        self.addresses, self.samples = 0, []
         self.panel = self.finger = None
 
     def chance(self, probability=0.5):
@@ -62,9 +61,8 @@ class Soak:
         self.finger = self.panel.finger
 
     def start_service(self):
-        build = os.path.dirname(os.path.dirname(self.options.program))
-        self.service = subprocess.Popen([build + "/simulator/ovik-simulator", "--system", "--lease-delay", "200"],
-                                        stdout=subprocess.PIPE, env={**os.environ, "LSAN_OPTIONS": "detect_leaks=0"})
+        simulator = os.path.dirname(os.path.dirname(self.options.program)) + "/simulator/ovik-simulator"
+        self.service = subprocess.Popen([simulator, "--system", "--lease-delay", "200"], stdout=subprocess.PIPE)
         self.service.stdout.readline()
         self.service.stdout.close()  # it goes on when nobody reads its lines any more
 
@@ -148,8 +146,7 @@ class Soak:
         if self.chance():
             self.finger.tap("autoUpdate_CheckBox")
         self.finger.tap("applyButton")
-        if not self.panel.becomes(lambda: self.zone() == zone):
-            fail(f"the zone is {self.zone()} in place of {zone}")
+        self.panel.wait(lambda: self.zone() == zone, lambda: f"the zone is {self.zone()} in place of {zone}")
         self.close_all()
 
     @staticmethod
@@ -160,8 +157,7 @@ class Soak:
     def settings(self):
         before = os.path.getsize(LAUNCHES)
         self.finger.tap("toolButton")
-        if not self.panel.becomes(lambda: os.path.getsize(LAUNCHES) > before):
-            fail("the settings button starts nothing")
+        self.panel.wait(lambda: os.path.getsize(LAUNCHES) > before, lambda: "the settings button starts nothing")
 
     def anywhere(self):
         """The operator taps and drags without looking."""
@@ -178,18 +174,15 @@ class Soak:
         self.finger.pointer("mousemove", "400", "240", "click", "1")
         if self.panel.checker or self.chance():
             self.panel.send(b"w0")
-        if not self.panel.becomes(lambda: not self.panel.visible("winkHorWidget")):
-            fail("the wink does not end")
+        self.panel.wait(lambda: not self.panel.visible("winkHorWidget"), lambda: "the wink does not end")
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
-        if not self.panel.becomes(lambda: self.finger.find("systemTimeForm_Label")["text"] != before):
-            fail("the clock stands still")
+        self.panel.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, lambda: "the clock stands still")
 
     def close_all(self):
         self.panel.send(b"w0")
-        if not self.panel.becomes(self.are_closed):
-            fail("a dialog cannot be closed")
+        self.panel.wait(self.are_closed, lambda: "a dialog cannot be closed")
 
     def are_closed(self):
         """Closes a dialog if there is one."""
@@ -204,9 +197,8 @@ class Soak:
     def rest(self):
         """Brings the panel to the state in which it is weighed, and weighs it."""
         self.close_all()
-        for make in (self.runtime.fill, self.runtime.empty):
-            self.panel.send(*make())
-            self.panel.settle(self.runtime.expected())
+        self.panel.send(*self.runtime.tidy())
+        self.panel.settle(self.runtime.expected())
         self.finger.reach(FIELDS["d"])
         self.finger.pointer("mousemove", "799", "240", "sleep", "0.5")
         self.clock()
@@ -247,7 +239,6 @@ class Soak:
             grown = end > (middle if bound else start) + bound and not (bound and self.panel.checker)
             fault = fault or grown * f"grown: {key}"
             print(f"{key:24}{start:9}{middle:9}{end:9}{bound:10}{'  GROWN' * grown}")
-        print(f"longest wait for an answer: {self.finger.longest if self.finger else 0:.1f} s")
         print(f"seed {self.options.seed}: " + (f"FAILED: {fault}" if fault else "all is well"))
         return 1 if fault else 0
 
