@@ -1,5 +1,6 @@
 // What the panel could be at least: the same forms, texts, fonts, bus calls and child processes, put together
 // plainly and with nothing guarded. The peer of the panel in the measurements.
+#include "touch/touchsheet.h"
 #include "ui_datetimedialog.h"
 #include "ui_networksettingsdialog.h"
 #include "ui_tarnixUIwidget.h"
@@ -17,6 +18,7 @@
 #include <QScrollBar>
 #include <QScroller>
 #include <QSocketNotifier>
+#include <QStyledItemDelegate>
 #include <QTimer>
 #include <iostream>
 #include <unistd.h>
@@ -31,6 +33,8 @@ constexpr int s_nBannerHeight = 70;
 constexpr int s_nFieldHeight = 48;
 constexpr int s_nIconSize = 48;
 constexpr int s_nScrollBarWidth = 32;
+constexpr QSize s_oNetworkDialog(356, 334); // as the panel's are on a screen of 800 x 480
+constexpr QSize s_oDateDialog(506, 310);
 
 QFont fontOf(int nPixels, bool bBold = false)
 {
@@ -76,7 +80,8 @@ void findService()
 QJsonObject interfaceSettings(const QString& strName)
 {
     const QString strJson =
-        callService("/NetworkManager", "com.quen.OVIK.NetworkManager", "getInterfaceConfig", {strName}).toString();
+        callService("/NetworkManager", "com.quen.OVIK.NetworkManager", "getInterfaceConfig", {strName})
+            .toString();
     return QJsonDocument::fromJson(strJson.toUtf8()).object();
 }
 
@@ -130,7 +135,7 @@ private:
     void showRows(int nRows);
     void showNetworkDialog();
     void showDateTimeDialog();
-    static void prepare(QDialog& oDialog);
+    void prepare(QDialog& oDialog, const QSize& oSize);
     void showWink(bool bVisible);
 
     Ui_MorvaWidget m_oForm;
@@ -300,7 +305,8 @@ void BarePanel::showRows(int nRows)
 {
     m_oForm.scrollAreaWidgetContents->hide(); // else all would be laid out again for each
     while (m_oRows.size() < nRows) {
-        m_oRows.append({makeLabel(m_oForm.captionLayout, "PLC Status:", true), makeLabel(m_oForm.valueLayout, "", false),
+        m_oRows.append({makeLabel(m_oForm.captionLayout, "PLC Status:", true),
+                        makeLabel(m_oForm.valueLayout, "", false),
                         makeLabel(m_oForm.captionLayout, "Application Name:", true),
                         makeLabel(m_oForm.valueLayout, "", false)});
     }
@@ -325,6 +331,7 @@ bool BarePanel::eventFilter(QObject* pWatched, QEvent* pEvent)
 void BarePanel::showNetworkDialog()
 {
     QDialog oDialog(this);
+    oDialog.setStyleSheet(touchSheet(s_nFieldHeight, fontOf(s_nRowFontSize)));
     Ui_NetworkSettingsDialog oForm;
     oForm.setupUi(&oDialog);
     oForm.interfaceList_comboBox->addItems(interfaceNames());
@@ -335,16 +342,23 @@ void BarePanel::showNetworkDialog()
     oForm.subnetMask_LineEdit->setText(oTexts[1]);
     oForm.gateway_LineEdit->setText(oTexts[2]);
     connect(oForm.closeButton, SIGNAL(clicked()), &oDialog, SLOT(reject()));
-    prepare(oDialog);
+    prepare(oDialog, s_oNetworkDialog);
     oDialog.exec();
 }
 
 void BarePanel::showDateTimeDialog()
 {
     QDialog oDialog(this);
+    oDialog.setStyleSheet(touchSheet(s_nFieldHeight, fontOf(s_nRowFontSize)));
     Ui_DateTimeDialog oForm;
     oForm.setupUi(&oDialog);
     oForm.timezone_ComboBox->setEditable(true);
+    auto* pSteps = new QHBoxLayout;
+    for (QWidget* pStep : {static_cast<QWidget*>(new QToolButton), static_cast<QWidget*>(new QLabel("Day")),
+                           static_cast<QWidget*>(new QToolButton)}) {
+        pSteps->addWidget(pStep, 1);
+    }
+    oForm.formLayout->insertRow(2, "", pSteps);
     QProcess oProcess;
     connect(&oProcess, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &oDialog, [&] {
         const QString strZones = QString(oProcess.readAll()).section('[', 1).section(']', 0, 0).remove('\'');
@@ -359,20 +373,34 @@ void BarePanel::showDateTimeDialog()
     oForm.autoUpdate_LineEdit->setEnabled(oForm.autoUpdate_CheckBox->isChecked());
     oForm.currentDate_DateEdit->setDateTime(QDateTime::currentDateTime());
     connect(oForm.closeButton, SIGNAL(clicked()), &oDialog, SLOT(reject()));
-    prepare(oDialog);
+    prepare(oDialog, s_oDateDialog);
     oDialog.exec();
 }
 
-// A finger's size for all that it can touch.
-void BarePanel::prepare(QDialog& oDialog)
+// The fields in an area that scrolls, in the panel's look.
+void BarePanel::prepare(QDialog& oDialog, const QSize& oSize)
 {
-    oDialog.setFont(fontOf(s_nRowFontSize));
-    const QWidgetList oWidgets = oDialog.findChildren<QWidget*>();
-    for (QWidget* pWidget : oWidgets) {
-        if (pWidget->focusPolicy() != Qt::NoFocus && pWidget->parentWidget()->focusPolicy() == Qt::NoFocus) {
-            pWidget->setMinimumHeight(s_nFieldHeight);
-        }
+    auto* pForm = oDialog.findChild<QFormLayout*>("formLayout");
+    auto* pRows = static_cast<QBoxLayout*>(pForm->parent());
+    pRows->removeItem(pForm);
+    pForm->setParent(nullptr);
+    pForm->setContentsMargins(0, 0, 0, 0);
+    pForm->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    pForm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    auto* pFields = new QWidget;
+    pFields->setObjectName("fields");
+    pFields->setLayout(pForm);
+    auto* pArea = new QScrollArea;
+    pArea->setFrameShape(QFrame::NoFrame);
+    pArea->setWidgetResizable(true);
+    pArea->setWidget(pFields);
+    QScroller::grabGesture(pArea->viewport(), QScroller::LeftMouseButtonGesture);
+    pRows->insertWidget(0, pArea);
+    const QList<QComboBox*> oComboBoxes = oDialog.findChildren<QComboBox*>();
+    for (QComboBox* pComboBox : oComboBoxes) {
+        pComboBox->setItemDelegate(new QStyledItemDelegate(pComboBox)); // their own ignores the style sheet
     }
+    oDialog.setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, oSize, rect()));
     oDialog.setWindowModality(Qt::WindowModal);
 }
 

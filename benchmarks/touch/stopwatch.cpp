@@ -28,8 +28,9 @@ QWidget* find(const QString& strName)
 {
     const QWidgetList oWidgets = QApplication::allWidgets();
     for (QWidget* pWidget : oWidgets) {
-        if (pWidget->isVisible() && (strName[0] == '=' ? pWidget->property("text").toString() == strName.mid(1)
-                                                       : pWidget->objectName() == strName)) {
+        if (pWidget->isVisible() &&
+            (strName[0] == '=' ? pWidget->property("text").toString() == strName.mid(1)
+                               : pWidget->objectName() == strName)) {
             return pWidget;
         }
     }
@@ -62,7 +63,8 @@ class Stopwatch : public QObject
     Q_OBJECT
 
 public:
-    explicit Stopwatch(int nDescriptor) : m_nDescriptor(nDescriptor), m_notifier(nDescriptor, QSocketNotifier::Read)
+    explicit Stopwatch(int nDescriptor)
+        : m_nDescriptor(nDescriptor), m_notifier(nDescriptor, QSocketNotifier::Read)
     {
         connect(&m_notifier, SIGNAL(activated(int)), this, SLOT(readOrder()));
         arm("QWidget");
@@ -151,8 +153,8 @@ private:
     void touch(QEvent::Type eType, Qt::MouseButtons eButtons, Qt::MouseButton eButton)
     {
         if (m_pWindow) {
-            qt_handleMouseEvent(m_pWindow, m_pWindow->mapFromGlobal(m_oFinger), m_oFinger, eButtons, eButton, eType,
-                                Qt::NoModifier, 0);
+            qt_handleMouseEvent(m_pWindow, m_pWindow->mapFromGlobal(m_oFinger), m_oFinger, eButtons, eButton,
+                                eType, Qt::NoModifier, 0);
         }
     }
 
