@@ -29,7 +29,7 @@ fnAwait() { # COMMAND...: until it succeeds
         ! "$@" || return 0
         sleep 0.1
     done
-    fnFail "waited in vain: $*"
+    fnFail "timed out: $*"
 }
 
 fnSay() { printf '\n== %s\n' "$*"; }

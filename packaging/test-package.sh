@@ -31,7 +31,8 @@ architecture=$(dpkg --print-architecture)
 ((${#emulator[@]} == 0)) || architecture=arm64
 fnExpect 'The architecture' "$(dpkg-deb -f "$package" Architecture)" "$architecture"
 # Debian 13 ends some names with t64.
-depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' | sed -n 's/^\(libqt5[a-z]*5\)\(a\|t64\)\?$/\1/p' | sort | paste -sd ' ')
+depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' |
+    sed -n 's/^\(libqt5[a-z]*5\)\(a\|t64\)\?$/\1/p' | sort | paste -sd ' ')
 fnExpect 'What it needs of Qt' "$depends" 'libqt5core5 libqt5dbus5 libqt5gui5 libqt5network5 libqt5widgets5'
 
 fnFiles >before

@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 """The operator's finger: looks through the probe at the widgets of a running panel and touches them on its X display.
 
-    finger.py SOCKET reach WIDGET        drags the panel's rows until the widget is on screen
+    finger.py SOCKET reach WIDGET        drags what scrolls until the widget is on screen
     finger.py SOCKET tap WIDGET          the same, then taps the middle of the widget
-    finger.py SOCKET type WIDGET TEXT    replaces the text of a field
+    finger.py SOCKET open WIDGET         the same, then taps the arrow at its right end
+    finger.py SOCKET type WIDGET TEXT    replaces the text of a field, as an on-screen keyboard would
+    finger.py SOCKET hold WIDGET SECONDS presses the middle of the widget for that long
     finger.py SOCKET key KEY...          presses keys
     finger.py SOCKET await WIDGET        waits until the widget is visible
     finger.py SOCKET await WIDGET TEXT   waits until it shows the text
 
-WIDGET is an object name, or =TEXT for the first visible widget that shows the text. Needs DISPLAY and xdotool.
+WIDGET is an object name, or =TEXT for a visible widget or an entry of the open list that shows the text. Needs DISPLAY
+and xdotool.
 """
 import json
 import socket
@@ -19,7 +22,8 @@ import time
 
 class Finger:
     """SOCKET is the probe's local socket; every operation fails with LookupError after PATIENCE seconds."""
-    PATIENCE = 15
+    PATIENCE = 30
+    ENTRY = 28  # least height of an entry that a finger can hit, where others cover a part of it
     PACE = 1.0  # of the finger's movements and rests
 
     def __init__(self, path):
@@ -28,36 +32,68 @@ class Finger:
         self.replies = self.socket.makefile()
 
     def widgets(self):
-        """Returns a description of each widget that is on screen, windows opened last first."""
+        """Returns a description of each widget that is on screen, windows opened last first, and before them of each
+        entry of the open list."""
         self.socket.sendall(b"\n")
-        return [widget for widget in json.loads(self.replies.readline()) if widget["visible"]]
+        widgets = [widget for widget in json.loads(self.replies.readline()) if widget["visible"]]
+        entries = [{"name": "", "text": text, "rect": rect, "reachable": rect[3] >= self.ENTRY}
+                   for widget in widgets for text, rect in widget.get("entries", {}).items()]
+        return entries + widgets
+
+    def look(self, name, text=None):
+        """Returns the description of a widget that is visible and shows the text, if one is given; else None."""
+        for widget in self.widgets():
+            shown = widget.get("text", widget.get("currentText"))
+            if (shown == name[1:] if name[0] == "=" else widget["name"] == name) and text in (None, shown):
+                return widget
+        return None
 
     def find(self, name, text=None):
-        """Returns the description of a widget as soon as it is visible and shows the text, if one is given."""
+        """Waits for what look() returns."""
         deadline = time.monotonic() + self.PATIENCE
         while time.monotonic() < deadline:
-            for widget in self.widgets():
-                shown = widget.get("text", widget.get("currentText"))
-                if (shown == name[1:] if name[0] == "=" else widget["name"] == name) and text in (None, shown):
-                    return widget
+            widget = self.look(name, text)
+            if widget:
+                return widget
             time.sleep(0.05)
         raise LookupError(f"no widget {name} {text or ''}")
 
+    def area(self):
+        """Returns what a finger would drag: the open list, the fields of the dialog or the rows of the panel."""
+        widgets = self.widgets()
+        for widget in widgets:
+            if widget.get("entries"):
+                return widget
+        areas = {widget["name"]: widget for widget in widgets}
+        return areas.get("formArea") or areas["scrollArea"]
+
     def reach(self, name):
-        """Drags the panel's rows until the middle of the widget is on screen and stands still, and returns it."""
-        _, top, width, height = self.find("scrollArea")["rect"]
-        upper, lower = top + height // 4, top + height * 3 // 4
+        """Drags until the middle of the widget is on screen and stands still, and returns that point."""
+        return self.middle(self.locate(name))
+
+    def locate(self, name):
+        """Does what reach() does, and returns the widget's rectangle."""
         deadline = time.monotonic() + self.PATIENCE
-        before = None
+        before = seen = None
+        forward = True
         while time.monotonic() < deadline:
-            widget = self.find(name)
-            x, y = self.middle(widget)
-            if not widget["reachable"]:
-                self.drag(width // 3, *((lower, upper) if y > upper else (upper, lower)))
-            elif (x, y) == before:
-                return x, y
-            before = x, y
-            time.sleep(0.3 / self.PACE)
+            widget = self.look(name)
+            rect = widget and widget["rect"]
+            if widget and widget["reachable"]:
+                if rect == before:
+                    return rect
+            else:
+                area = self.area()
+                left, top, width, height = area["rect"]
+                if rect:
+                    forward = rect[1] > top
+                elif area.get("entries") == seen:
+                    forward = not forward  # the end of the list
+                seen = area.get("entries")
+                upper, lower = top + height // 6, top + height * 5 // 6
+                self.drag(left + width // 3, *((lower, upper) if forward else (upper, lower)))
+            before = rect
+            time.sleep(0.2 / self.PACE)
         raise LookupError(f"{name} cannot be reached")
 
     def tap(self, name):
@@ -65,17 +101,27 @@ class Finger:
         x, y = self.reach(name)
         self.pointer("mousemove", str(x), str(y), "click", "1")
 
+    def open(self, name):
+        """Taps the arrow of a field that has a list or a calendar."""
+        x, y, width, height = self.locate(name)
+        self.pointer("mousemove", str(x + width - 20), str(y + height // 2), "click", "1")
+
+    def hold(self, name, seconds):
+        """Presses the middle of the widget for a while."""
+        x, y = self.reach(name)
+        self.pointer("mousemove", str(x), str(y), "mousedown", "1", "sleep", str(seconds), "mouseup", "1")
+
     def drag(self, x, start, end):
         """Presses, moves up or down by small steps, rests, and releases."""
         words = ["mousemove", str(x), str(start), "mousedown", "1"]
         for step in range(1, 11):
-            words += ["mousemove", str(x), str(start + (end - start) * step // 10), "sleep", str(0.03 / self.PACE)]
-        self.pointer(*words, "sleep", str(0.3 / self.PACE), "mouseup", "1", "sleep", str(0.2 / self.PACE))
+            words += ["mousemove", str(x), str(start + (end - start) * step // 10), "sleep", str(0.02 / self.PACE)]
+        self.pointer(*words, "sleep", str(0.2 / self.PACE), "mouseup", "1")
 
     @staticmethod
-    def middle(widget):
-        """Returns the middle of a widget in screen pixels."""
-        x, y, width, height = widget["rect"]
+    def middle(rect):
+        """Returns the middle of a rectangle in screen pixels."""
+        x, y, width, height = rect
         return x + width // 2, y + height // 2
 
     def type(self, name, text):
@@ -94,7 +140,8 @@ class Finger:
 
 
 def main():
-    verbs = {"reach": Finger.reach, "tap": Finger.tap, "type": Finger.type, "key": Finger.key, "await": Finger.find}
+    verbs = {"reach": Finger.reach, "tap": Finger.tap, "open": Finger.open, "type": Finger.type, "hold": Finger.hold,
+             "key": Finger.key, "await": Finger.find}
     if len(sys.argv) < 4 or sys.argv[2] not in verbs:
         sys.exit(__doc__)
     verbs[sys.argv[2]](Finger(sys.argv[1]), *sys.argv[3:])

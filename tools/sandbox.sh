@@ -31,7 +31,8 @@ fnRefuse() {
     local remedy='be root' name value refusing
     [[ $(id -u) != 0 ]] || remedy='start the container with --privileged'
     while read -r name refusing value; do
-        [[ $(cat "/proc/sys/${name//.//}" 2>/dev/null) != "$refusing" ]] || remedy+=", or as root: sysctl -w $name=$value"
+        [[ $(cat "/proc/sys/${name//.//}" 2>/dev/null) == "$refusing" ]] || continue
+        remedy+=", or as root: sysctl -w $name=$value"
     done <<<'user.max_user_namespaces 0 10000
 kernel.unprivileged_userns_clone 0 1
 kernel.apparmor_restrict_unprivileged_userns 1 0'

@@ -1,7 +1,6 @@
 #include "candidates.h"
 
 #include "json/reader.h"
-#include "json/textbuffer.h"
 #include "json/writer.h"
 
 #include <QJsonDocument>
@@ -43,9 +42,7 @@ struct OwnLibrary
 
     static void Read(const std::string& sText, Root& oRoot)
     {
-        json::TextBuffer oBuffer(sText);
-        std::istream oStream(&oBuffer);
-        json::Reader::Read(oRoot, oStream);
+        json::Reader::Read(oRoot, std::string_view(sText));
     }
 
     static std::size_t Write(const Root& oRoot)

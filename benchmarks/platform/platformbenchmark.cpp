@@ -46,8 +46,7 @@ double median(std::vector<double> oTimes)
     return oTimes[oTimes.size() / 2];
 }
 
-/** Writes how long the first Init() of this program takes; its log lines go to nowhere, as a full log must
- * not be what is measured. */
+/** Writes how long the first Init() of this program takes, without its log lines. */
 int timeFirstInit()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
@@ -55,7 +54,7 @@ int timeFirstInit()
     return 0;
 }
 
-/** Measures the first Init() of fresh programs without any bus: the one that people wait for. */
+/** Measures the first Init() of new processes without any bus: the one that people wait for. */
 bool measureFailingInit()
 {
     std::vector<double> oTimes;
@@ -66,7 +65,7 @@ bool measureFailingInit()
         bool bMeasured = false;
         oTimes.push_back(oProgram.readAllStandardOutput().trimmed().toDouble(&bMeasured));
         if (!bMeasured) {
-            std::cerr << "a program ended without telling its time" << std::endl;
+            std::cerr << "a program ended without reporting its time" << std::endl;
             return false;
         }
     }
@@ -120,9 +119,10 @@ bool measureRefresh()
     return dRatio <= s_dMaxRefreshRatio;
 }
 
-/** Measures both ways in turns, so that whatever else the machine does strikes both. */
+/** Measures a reading of one interface beside one bare call, in turns, so that other load affects both. */
 bool measureUpdate()
 {
+    OVIKPlatform::getInstance()->SetInterfaceName("eth0"); // the panel has selected another one
     const QDBusMessage oCall = bareCall(QStringLiteral("eth0"));
     const auto oBus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("bare"));
     std::vector<double> oBare;
@@ -141,7 +141,7 @@ bool measureUpdate()
 
 } // namespace
 
-/** Fails when a limit is exceeded. Brings its own bus; those of the machine are left alone. */
+/** Fails when a limit is exceeded. Uses a bus of its own. */
 int main(int argc, char* argv[])
 {
     PrivateBus oBus;

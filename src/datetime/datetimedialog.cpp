@@ -13,26 +13,14 @@
 #include "ui_datetimedialog.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 #include <QLineEdit>
 
 namespace {
 
 constexpr char s_szDefaultServer[] = TARNIXUI_NTP_SERVER;
-constexpr char s_szTimeZoneGenerator[] = "/usr/bin/kadconfig-gen-timezones.sh";
-constexpr char s_szTimeZoneFile[] = "/etc/timezone";
-constexpr char s_szLocalTime[] = "/etc/localtime";
 constexpr char s_szSettingsFile[] = "/etc/kadconfig/datetime.json";
 
-constexpr int s_nStepsRow = 2;              // of the form: below the date and time
-constexpr int s_nMaxTimeZones = 256 * 1024; // far more than any device has
-
-QString scriptText(const char* szResource)
-{
-    QFile oFile(szResource);
-    return oFile.open(QIODevice::ReadOnly | QIODevice::Text) ? QString(oFile.readAll()) : QString();
-}
+constexpr int s_nStepsRow = 2; // of the form: below the date and time
 
 } // namespace
 
@@ -50,16 +38,6 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
 
     ui->timezone_ComboBox->setEditable(true);
-    fitForFinger();
-    runProcess(eProcessType_GetTimeZoneList);
-    ui->autoUpdate_CheckBox->setChecked(OVIKPlatform::getInstance()->isNTPDEnabled());
-    m_oInitialDateTime = QDateTime::currentDateTime();
-    ui->currentDate_DateEdit->setDateTime(m_oInitialDateTime);
-    updateUI();
-}
-
-void DateTimeDialog::fitForFinger()
-{
     // An on-screen keyboard asks the line edit.
     ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
     ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
@@ -67,6 +45,11 @@ void DateTimeDialog::fitForFinger()
     new LateCalendar(ui->currentDate_DateEdit);
     auto* pSteps = new DateTimeSteps(ui->currentDate_DateEdit);
     ui->formLayout->insertRow(s_nStepsRow, static_cast<QWidget*>(nullptr), pSteps);
+    runProcess(eProcessType_GetTimeZoneList);
+    ui->autoUpdate_CheckBox->setChecked(OVIKPlatform::getInstance()->isNTPDEnabled());
+    m_oInitialDateTime = QDateTime::currentDateTime();
+    ui->currentDate_DateEdit->setDateTime(m_oInitialDateTime);
+    updateUI();
 }
 
 DateTimeDialog::~DateTimeDialog()
@@ -102,10 +85,6 @@ void DateTimeDialog::saveFromUI()
 void DateTimeDialog::setTimeZone()
 {
     m_strCurreTimeZone = ui->timezone_ComboBox->currentText();
-    // An earlier name that led to a folder: the script would put its link into that.
-    if (QFileInfo(s_szLocalTime).isDir()) {
-        QFile::remove(s_szLocalTime);
-    }
     runProcess(eProcessType_SetCurrentTimeZone);
 }
 
@@ -118,6 +97,7 @@ void DateTimeDialog::runProcess(eProcessType eType)
 {
     m_eProcessType = eType;
     destroyProcess();
+    m_strPeer.clear();
     auto* pTool = new ToolProcess(this);
     m_pProcess = pTool;
     connect(m_pProcess, SIGNAL(started()), this, SLOT(onProcessStarted()));
@@ -128,33 +108,7 @@ void DateTimeDialog::runProcess(eProcessType eType)
     connect(m_pProcess, SIGNAL(finished(int, QProcess::ExitStatus)), this,
             SLOT(onProcessFinished(int, QProcess::ExitStatus)));
     connect(m_pProcess, SIGNAL(readyReadStandardOutput()), this, SLOT(onReadyReadStandardOutput()));
-    startTool(*pTool, eType);
-}
-
-void DateTimeDialog::startTool(ToolProcess& oTool, eProcessType eType)
-{
-    switch (eType) {
-    case eProcessType_GetTimeZoneList:
-        oTool.setMaxOutput(s_nMaxTimeZones);
-        oTool.start(s_szTimeZoneGenerator, QStringList());
-        break;
-    case eProcessType_GetCurrentTimeZone:
-        oTool.start(QStringLiteral("cat"), {s_szTimeZoneFile});
-        break;
-    case eProcessType_SetCurrentTimeZone:
-        // Kept, see docs/compatibility.md
-        oTool.startScript(timezones::script(scriptText(":/setTimeZone.sh"), m_strCurreTimeZone));
-        break;
-    case eProcessType_GetNTPDateTimeStatus:
-        m_strPeer.clear();
-        oTool.startScript(scriptText(":/getNTPStatus.sh"));
-        break;
-    case eProcessType_SetNTPSettings:
-        oTool.startScript(scriptText(":/setNTPSettings.sh"));
-        break;
-    case eProcessType_SetCurrentDateTime:
-        break;
-    }
+    platformtools::start(*pTool, eType, m_strCurreTimeZone);
 }
 
 void DateTimeDialog::destroyProcess()
@@ -222,7 +176,9 @@ void DateTimeDialog::onReadyReadStandardOutput()
         break;
     case eProcessType_GetNTPDateTimeStatus:
         m_strPeer += strPiece;
-        readNTPStatus();
+        if (ntpstatus::readPeer(m_strPeer, m_oNTPInfo)) {
+            qWarning() << m_oNTPInfo.m_strLastUpdate << m_oNTPInfo.m_strStatus;
+        }
         break;
     default:
         break;
@@ -317,13 +273,6 @@ void DateTimeDialog::saveNTPConfiguration()
 void DateTimeDialog::restartNTPDServer()
 {
     OVIKPlatform::getInstance()->restartNTPDService(ui->autoUpdate_CheckBox->isChecked());
-}
-
-void DateTimeDialog::readNTPStatus()
-{
-    if (ntpstatus::readPeer(m_strPeer, m_oNTPInfo)) {
-        qWarning() << m_oNTPInfo.m_strLastUpdate << m_oNTPInfo.m_strStatus;
-    }
 }
 
 void DateTimeDialog::setNTPStatusOnUI()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datetime/ntpstatus.h"
+#include "datetime/platformtools.h"
 #include "json/elements.h"
 
 #include <QDateTime>
@@ -9,18 +10,7 @@
 #include <QProcess>
 
 class BusyMark;
-class ToolProcess;
 class Ui_DateTimeDialog;
-
-/** What the dialog's one child process is running. */
-enum eProcessType {
-    eProcessType_GetTimeZoneList = 0,      /**< lists the time zones */
-    eProcessType_GetCurrentTimeZone = 1,   /**< reads the current one */
-    eProcessType_SetCurrentTimeZone = 2,   /**< sets the chosen one */
-    eProcessType_SetCurrentDateTime = 3,   /**< never started: the clocks are set without a process */
-    eProcessType_GetNTPDateTimeStatus = 4, /**< asks the NTP daemon for its first peer */
-    eProcessType_SetNTPSettings = 5        /**< writes the configuration of the NTP daemon */
-};
 
 /**
  * The dialog that sets the time zone, the date and time, and whether the time comes from an NTP server.
@@ -57,7 +47,6 @@ private slots:
 private:
     void updateUI();
     void runProcess(eProcessType eType);
-    void startTool(ToolProcess& oTool, eProcessType eType);
     void destroyProcess();
     void updateCurrentTimezone();
     void setTimeZone();
@@ -69,11 +58,9 @@ private:
     static bool getAutoUpdateAddressFromJSONObject(const json::Object& root, QString& address);
     void restartNTPDServer();
 
-    void fitForFinger();
     void saveNTPConfiguration();
     void showTimeZones();
     void selectCurrentTimezone();
-    void readNTPStatus();
 
     Ui_DateTimeDialog* ui;
     QString m_strAutoUpdateAddress;

@@ -1,7 +1,6 @@
 #include "json/elements.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace json {
 
@@ -35,12 +34,10 @@ public:
     const ElementType* m_pElement = nullptr;
 
 private:
-    template<class VisitedType>
-    void Keep(const VisitedType& element)
+    void Keep(const ElementType& element) { m_pElement = &element; }
+    template<class OtherType>
+    void Keep(const OtherType& /*element*/)
     {
-        if constexpr (std::is_same_v<VisitedType, ElementType>) {
-            m_pElement = &element;
-        }
     }
 };
 
@@ -59,12 +56,10 @@ public:
     ElementType* m_pElement = nullptr;
 
 private:
-    template<class VisitedType>
-    void Keep(VisitedType& element)
+    void Keep(ElementType& element) { m_pElement = &element; }
+    template<class OtherType>
+    void Keep(OtherType& /*element*/)
     {
-        if constexpr (std::is_same_v<VisitedType, ElementType>) {
-            m_pElement = &element;
-        }
     }
 };
 
@@ -91,255 +86,6 @@ public:
     ElementType m_Element;
 };
 
-/** Copies a tree level by level with a work list: however deep the tree is, the stack stays flat. */
-class TreeCopier : private ConstVisitor
-{
-public:
-    template<class ContainerType>
-    void Copy(const ContainerType& from, ContainerType& to)
-    {
-        Fill(from, to);
-        while (!m_Arrays.empty() || !m_Objects.empty()) {
-            FillLast(m_Arrays);
-            FillLast(m_Objects);
-        }
-    }
-
-private:
-    template<class ContainerType>
-    using Jobs_T = std::vector<std::pair<const ContainerType*, ContainerType*>>;
-
-    template<class ContainerType>
-    void FillLast(Jobs_T<ContainerType>& jobs)
-    {
-        if (!jobs.empty()) {
-            const auto job = jobs.back();
-            jobs.pop_back();
-            Fill(*job.first, *job.second);
-        }
-    }
-
-    void Fill(const Array& from, Array& to)
-    {
-        for (const UnknownElement& element : from.m_Elements) {
-            CopyElement(element, to.m_Elements.emplace_back(UnknownElement(nullptr)));
-        }
-    }
-
-    void Fill(const Object& from, Object& to)
-    {
-        for (const Object::Member& member : from.m_Members) {
-            CopyElement(member.element,
-                        to.m_Members.emplace_back(member.name, UnknownElement(nullptr)).element);
-        }
-    }
-
-    void CopyElement(const UnknownElement& from, UnknownElement& to)
-    {
-        m_pTarget = &to;
-        from.Accept(*this);
-    }
-
-    template<class ElementType>
-    void CopyLeaf(const ElementType& element)
-    {
-        m_pTarget->ConvertTo<ElementType>() = element;
-    }
-
-    void Visit(const Array& array) override { m_Arrays.emplace_back(&array, &m_pTarget->ConvertTo<Array>()); }
-    void Visit(const Object& object) override
-    {
-        m_Objects.emplace_back(&object, &m_pTarget->ConvertTo<Object>());
-    }
-    void Visit(const Number& number) override { CopyLeaf(number); }
-    void Visit(const String& string) override { CopyLeaf(string); }
-    void Visit(const Boolean& boolean) override { CopyLeaf(boolean); }
-    void Visit(const Null& null) override { CopyLeaf(null); }
-
-    Jobs_T<Array> m_Arrays;
-    Jobs_T<Object> m_Objects;
-    UnknownElement* m_pTarget = nullptr;
-};
-
-/** Empties a container: descendants that are containers are taken out and emptied one by one from a work
- * list. */
-class TreeEraser : private Visitor
-{
-public:
-    template<class ContainerType>
-    void Erase(ContainerType& container)
-    {
-        Empty(container);
-        while (!m_Pending.empty()) {
-            const sPending last = std::move(m_Pending.back());
-            m_Pending.pop_back();
-            if (last.pArray) {
-                Empty(*last.pArray);
-            } else {
-                Empty(*last.pObject);
-            }
-        }
-    }
-
-private:
-    struct sPending
-    {
-        UnknownElement oOwner;
-        Array* pArray;
-        Object* pObject;
-    };
-
-    void Empty(Array& array)
-    {
-        for (UnknownElement& element : array.m_Elements) {
-            TakeOut(element);
-        }
-        array.m_Elements.clear();
-    }
-
-    void Empty(Object& object)
-    {
-        for (Object::Member& member : object.m_Members) {
-            TakeOut(member.element);
-        }
-        object.m_Members.clear();
-    }
-
-    void TakeOut(UnknownElement& element)
-    {
-        if (element.m_pImp) {
-            m_pElement = &element;
-            element.Accept(*this);
-        }
-    }
-
-    void Visit(Array& array) override
-    {
-        if (!array.Empty()) {
-            m_Pending.push_back({std::move(*m_pElement), &array, nullptr});
-        }
-    }
-
-    void Visit(Object& object) override
-    {
-        if (!object.Empty()) {
-            m_Pending.push_back({std::move(*m_pElement), nullptr, &object});
-        }
-    }
-
-    void Visit(Number& /*number*/) override {}
-    void Visit(String& /*string*/) override {}
-    void Visit(Boolean& /*boolean*/) override {}
-    void Visit(Null& /*null*/) override {}
-
-    std::vector<sPending> m_Pending;
-    UnknownElement* m_pElement = nullptr;
-};
-
-namespace {
-
-/** Empties a container: by plain recursion, which is faster, as long as that is not deep. */
-template<class ContainerType, class ChildrenType>
-void EraseTree(ContainerType& container, ChildrenType& children)
-{
-    constexpr unsigned int nMaxRecursion = 64;
-    thread_local unsigned int nRecursion = 0;
-
-    if (nRecursion == nMaxRecursion) {
-        TreeEraser().Erase(container);
-        return;
-    }
-    ++nRecursion;
-    children.clear();
-    --nRecursion;
-}
-
-} // namespace
-
-/** Compares two trees with a work list of the containers that are still to be compared. */
-class TreeComparer : private ConstVisitor
-{
-public:
-    template<class ContainerType>
-    bool Compare(const ContainerType& left, const ContainerType& right)
-    {
-        m_bEqual = left.Size() == right.Size() && CompareChildren(left, right);
-        while (m_bEqual && !(m_Arrays.empty() && m_Objects.empty())) {
-            CompareLast(m_Arrays);
-            CompareLast(m_Objects);
-        }
-        return m_bEqual;
-    }
-
-private:
-    template<class ContainerType>
-    using Jobs_T = std::vector<std::pair<const ContainerType*, const ContainerType*>>;
-
-    template<class ContainerType>
-    void CompareLast(Jobs_T<ContainerType>& jobs)
-    {
-        if (m_bEqual && !jobs.empty()) {
-            const auto job = jobs.back();
-            jobs.pop_back();
-            m_bEqual = CompareChildren(*job.first, *job.second);
-        }
-    }
-
-    bool CompareChildren(const Array& left, const Array& right)
-    {
-        return std::equal(left.Begin(), left.End(), right.Begin(),
-                          [this](const UnknownElement& first, const UnknownElement& second) {
-                              return CompareElement(first, second);
-                          });
-    }
-
-    bool CompareChildren(const Object& left, const Object& right)
-    {
-        return std::equal(left.Begin(), left.End(), right.Begin(),
-                          [this](const Object::Member& first, const Object::Member& second) {
-                              return first.name == second.name &&
-                                     CompareElement(first.element, second.element);
-                          });
-    }
-
-    bool CompareElement(const UnknownElement& left, const UnknownElement& right)
-    {
-        m_pRight = &right;
-        left.Accept(*this);
-        return m_bEqual;
-    }
-
-    template<class ElementType>
-    void CompareLeaf(const ElementType& left)
-    {
-        m_bEqual = *m_pRight == left;
-    }
-
-    void Visit(const Array& array) override { Postpone(array, m_Arrays); }
-    void Visit(const Object& object) override { Postpone(object, m_Objects); }
-    void Visit(const Number& number) override { CompareLeaf(number); }
-    void Visit(const String& string) override { CompareLeaf(string); }
-    void Visit(const Boolean& boolean) override { CompareLeaf(boolean); }
-    void Visit(const Null& null) override { CompareLeaf(null); }
-
-    template<class ContainerType>
-    void Postpone(const ContainerType& left, Jobs_T<ContainerType>& jobs)
-    {
-        const ContainerType* pRight = m_pRight->CastOrNull<ContainerType>();
-        m_bEqual = pRight && left.Size() == pRight->Size();
-        if (m_bEqual) {
-            jobs.emplace_back(&left, pRight);
-        }
-    }
-
-    Jobs_T<Array> m_Arrays;
-    Jobs_T<Object> m_Objects;
-    const UnknownElement* m_pRight = nullptr;
-    bool m_bEqual = true;
-};
-
-UnknownElement::UnknownElement() : m_pImp(new Imp_T<Null>) {}
-
 UnknownElement::UnknownElement(const Object& object) : m_pImp(new Imp_T<Object>(object)) {}
 
 UnknownElement::UnknownElement(const Array& array) : m_pImp(new Imp_T<Array>(array)) {}
@@ -360,29 +106,9 @@ UnknownElement::UnknownElement(String&& string) : m_pImp(new Imp_T<String>(std::
 
 UnknownElement::UnknownElement(const UnknownElement& other) : m_pImp(other.Held().Clone()) {}
 
-UnknownElement::UnknownElement(UnknownElement&& other) noexcept : m_pImp(std::exchange(other.m_pImp, nullptr))
-{
-}
-
 UnknownElement::~UnknownElement()
 {
     delete m_pImp;
-}
-
-UnknownElement& UnknownElement::operator=(const UnknownElement& other)
-{
-    if (this != &other) {
-        *this = UnknownElement(other);
-    }
-    return *this;
-}
-
-UnknownElement& UnknownElement::operator=(UnknownElement&& other) noexcept
-{
-    // The other's subtree is held first: the old one, which may contain the other, goes when all is done.
-    UnknownElement oTaken(std::move(other));
-    std::swap(m_pImp, oTaken.m_pImp);
-    return *this;
 }
 
 const UnknownElement::Imp& UnknownElement::Held() const
@@ -400,35 +126,18 @@ const ElementType* UnknownElement::CastOrNull() const
 }
 
 template<class ElementType>
-const ElementType& UnknownElement::CastTo() const
-{
-    const ElementType* pElement = CastOrNull<ElementType>();
-    if (!pElement) {
-        throw Exception("Bad cast");
-    }
-    return *pElement;
-}
-
-template<class ElementType>
 ElementType& UnknownElement::ConvertTo()
 {
+    CastVisitor_T<ElementType> oCast;
     if (m_pImp) {
-        CastVisitor_T<ElementType> oCast;
         m_pImp->Accept(oCast);
-        if (oCast.m_pElement) {
-            return *oCast.m_pElement;
-        }
+    }
+    if (oCast.m_pElement) {
+        return *oCast.m_pElement;
     }
     auto* pImp = new Imp_T<ElementType>;
     delete std::exchange(m_pImp, pImp);
     return pImp->m_Element;
-}
-
-template<class ElementType, class>
-bool UnknownElement::operator==(const ElementType& element) const
-{
-    const ElementType* pElement = CastOrNull<ElementType>();
-    return pElement && *pElement == element;
 }
 
 template const Object* UnknownElement::CastOrNull<Object>() const;
@@ -438,86 +147,12 @@ template const String* UnknownElement::CastOrNull<String>() const;
 template const Boolean* UnknownElement::CastOrNull<Boolean>() const;
 template const Null* UnknownElement::CastOrNull<Null>() const;
 
-template const Object& UnknownElement::CastTo<Object>() const;
-template const Array& UnknownElement::CastTo<Array>() const;
-template const Number& UnknownElement::CastTo<Number>() const;
-template const String& UnknownElement::CastTo<String>() const;
-template const Boolean& UnknownElement::CastTo<Boolean>() const;
-template const Null& UnknownElement::CastTo<Null>() const;
-
 template Object& UnknownElement::ConvertTo<Object>();
 template Array& UnknownElement::ConvertTo<Array>();
 template Number& UnknownElement::ConvertTo<Number>();
 template String& UnknownElement::ConvertTo<String>();
 template Boolean& UnknownElement::ConvertTo<Boolean>();
 template Null& UnknownElement::ConvertTo<Null>();
-
-template bool UnknownElement::operator==<Object>(const Object& element) const;
-template bool UnknownElement::operator==<Array>(const Array& element) const;
-template bool UnknownElement::operator==<Number>(const Number& element) const;
-template bool UnknownElement::operator==<String>(const String& element) const;
-template bool UnknownElement::operator==<Boolean>(const Boolean& element) const;
-template bool UnknownElement::operator==<Null>(const Null& element) const;
-
-UnknownElement::operator const Object&() const
-{
-    return CastTo<Object>();
-}
-
-UnknownElement::operator const Array&() const
-{
-    return CastTo<Array>();
-}
-
-UnknownElement::operator const Number&() const
-{
-    return CastTo<Number>();
-}
-
-UnknownElement::operator const String&() const
-{
-    return CastTo<String>();
-}
-
-UnknownElement::operator const Boolean&() const
-{
-    return CastTo<Boolean>();
-}
-
-UnknownElement::operator const Null&() const
-{
-    return CastTo<Null>();
-}
-
-UnknownElement::operator Object&()
-{
-    return ConvertTo<Object>();
-}
-
-UnknownElement::operator Array&()
-{
-    return ConvertTo<Array>();
-}
-
-UnknownElement::operator Number&()
-{
-    return ConvertTo<Number>();
-}
-
-UnknownElement::operator String&()
-{
-    return ConvertTo<String>();
-}
-
-UnknownElement::operator Boolean&()
-{
-    return ConvertTo<Boolean>();
-}
-
-UnknownElement::operator Null&()
-{
-    return ConvertTo<Null>();
-}
 
 bool UnknownElement::operator==(const UnknownElement& other) const
 {
@@ -537,39 +172,13 @@ void UnknownElement::Accept(Visitor& visitor)
     m_pImp->Accept(visitor);
 }
 
+// Containers are copied, and arrays compared, element by element: the functions of the standard containers
+// need several times the stack for each level.
 Array::Array(const Array& other)
 {
-    TreeCopier().Copy(other, *this);
-}
-
-Array::~Array()
-{
-    EraseTree(*this, m_Elements);
-}
-
-Array& Array::operator=(const Array& other)
-{
-    if (this != &other) {
-        *this = Array(other);
+    for (const UnknownElement& element : other.m_Elements) {
+        m_Elements.emplace_back() = element;
     }
-    return *this;
-}
-
-Array& Array::operator=(Array&& other) noexcept
-{
-    Array oTaken(std::move(other));
-    m_Elements.swap(oTaken.m_Elements);
-    return *this;
-}
-
-Array::iterator Array::Insert(UnknownElement element)
-{
-    return Insert(std::move(element), End());
-}
-
-Array::iterator Array::Insert(UnknownElement element, iterator where)
-{
-    return m_Elements.insert(where, std::move(element));
 }
 
 UnknownElement& Array::operator[](std::size_t nIndex)
@@ -583,40 +192,23 @@ UnknownElement& Array::operator[](std::size_t nIndex)
 
 const UnknownElement& Array::operator[](std::size_t nIndex) const
 {
-    if (nIndex >= m_Elements.size()) {
-        throw Exception("Array out of bounds");
-    }
-    return m_Elements[nIndex];
+    return nIndex < m_Elements.size() ? m_Elements[nIndex] : throw Exception("Array out of bounds");
 }
 
 bool Array::operator==(const Array& other) const
 {
-    return TreeComparer().Compare(*this, other);
+    bool bEqual = Size() == other.Size();
+    for (std::size_t n = 0; bEqual && n < Size(); ++n) {
+        bEqual = m_Elements[n] == other.m_Elements[n];
+    }
+    return bEqual;
 }
 
 Object::Object(const Object& other)
 {
-    TreeCopier().Copy(other, *this);
-}
-
-Object::~Object()
-{
-    EraseTree(*this, m_Members);
-}
-
-Object& Object::operator=(const Object& other)
-{
-    if (this != &other) {
-        *this = Object(other);
+    for (const Member& member : other.m_Members) {
+        m_Members.emplace_back(member.name).element = member.element;
     }
-    return *this;
-}
-
-Object& Object::operator=(Object&& other) noexcept
-{
-    Object oTaken(std::move(other));
-    m_Members.swap(oTaken.m_Members);
-    return *this;
 }
 
 Object::iterator Object::Find(const std::string& sName)
@@ -627,11 +219,6 @@ Object::iterator Object::Find(const std::string& sName)
 Object::const_iterator Object::Find(const std::string& sName) const
 {
     return std::find_if(Begin(), End(), [&sName](const Member& member) { return member.name == sName; });
-}
-
-Object::iterator Object::Insert(Member member)
-{
-    return Insert(std::move(member), End());
 }
 
 Object::iterator Object::Insert(Member member, iterator where)
@@ -646,11 +233,6 @@ UnknownElement& Object::operator[](const std::string& sName)
 {
     const iterator itMember = Find(sName);
     return itMember != End() ? itMember->element : m_Members.emplace_back(sName).element;
-}
-
-bool Object::operator==(const Object& other) const
-{
-    return TreeComparer().Compare(*this, other);
 }
 
 } // namespace json

@@ -11,9 +11,10 @@
 /**
  * A small JSON library: documents as values (this file), read by json::Reader, written by json::Writer.
  *
- * Copying an element copies its whole subtree, moving one takes the subtree over. Trees of any depth can be
- * copied, compared, written and destroyed: nothing here recurses once per level. No function is safe to call
- * on one document from two threads while one of them changes it.
+ * Copying an element copies its whole subtree, moving one takes the subtree over. Copying, comparing, writing
+ * and destroying recurse once per level: a document that is built by hand may nest 4,000 containers deep; the
+ * reader accepts 1024. No function is safe to call on one document from two threads while one of them changes
+ * it.
  */
 namespace json {
 
@@ -22,10 +23,6 @@ class Object;
 class Null;
 class Visitor;
 class ConstVisitor;
-class Reader;
-class TreeCopier;
-class TreeComparer;
-class TreeEraser;
 
 template<class DataType>
 class TrivialType_T;
@@ -37,7 +34,7 @@ using String = TrivialType_T<std::string>;
 /** A JSON true or false. */
 using Boolean = TrivialType_T<bool>;
 
-/** Is there only for the six element kinds: Object, Array, Number, String, Boolean and Null. */
+/** Exists only for the six element kinds: Object, Array, Number, String, Boolean and Null. */
 template<class ElementType>
 using IfElement_T =
     std::enable_if_t<std::disjunction_v<std::is_same<ElementType, Object>, std::is_same<ElementType, Array>,
@@ -91,62 +88,51 @@ private:
     DataType m_tValue;
 };
 
-/** The JSON null; it holds nothing. */
+/** The JSON null; it holds nothing. All nulls are equal. */
 class Null
 {
 public:
-    /** All nulls are equal. */
     bool operator==(const Null& /*other*/) const { return true; }
 };
 
-/**
- * Holds one element of any kind and owns it.
- *
- * An element that was moved from holds a null again.
- */
+/** Holds one element of any kind and owns it; a null after it was moved from. */
 class UnknownElement
 {
 public:
-    /** Holds a Null. */
-    UnknownElement();
-    /** Holds a copy of the object. */
-    UnknownElement(const Object& object);
-    /** Holds a copy of the array. */
-    UnknownElement(const Array& array);
-    /** Holds a copy of the number. */
-    UnknownElement(const Number& number);
-    /** Holds a copy of the string. */
-    UnknownElement(const String& string);
-    /** Holds a copy of the boolean. */
-    UnknownElement(const Boolean& boolean);
     /** Holds a null. */
+    UnknownElement() = default;
+    /** Holds a copy of the element. */
+    UnknownElement(const Object& object);
+    UnknownElement(const Array& array);
+    UnknownElement(const Number& number);
+    UnknownElement(const String& string);
+    UnknownElement(const Boolean& boolean);
     UnknownElement(const Null& null);
-    /** Takes over the object's members. */
+    /** Takes over the contents of the element. */
     UnknownElement(Object&& object);
-    /** Takes over the array's elements. */
     UnknownElement(Array&& array);
-    /** Takes over the string's bytes. */
     UnknownElement(String&& string);
 
     /** Does not exist: a pointer would become a boolean. */
     UnknownElement(const char* szString) = delete;
 
-    /** Copies the whole subtree. */
     UnknownElement(const UnknownElement& other);
-    /** Takes over the subtree; the other holds a null afterwards. */
-    UnknownElement(UnknownElement&& other) noexcept;
-    /** Destroys the whole subtree. */
+    UnknownElement(UnknownElement&& other) noexcept : m_pImp(std::exchange(other.m_pImp, nullptr)) {}
     ~UnknownElement();
-
-    /** Replaces the subtree by a copy of the other's; the other may be this element or one of its
-     * descendants. */
-    UnknownElement& operator=(const UnknownElement& other);
-    /** Takes over the subtree of the other, which may be this element or one of its descendants. */
-    UnknownElement& operator=(UnknownElement&& other) noexcept;
+    // By value: the other may be a descendant of what is replaced.
+    UnknownElement& operator=(UnknownElement other) noexcept
+    {
+        std::swap(m_pImp, other.m_pImp);
+        return *this;
+    }
 
     /** Returns the held element; throws Exception "Bad cast" when it is of another kind. */
     template<class ElementType>
-    const ElementType& CastTo() const;
+    const ElementType& CastTo() const
+    {
+        const ElementType* pElement = CastOrNull<ElementType>();
+        return pElement ? *pElement : throw Exception("Bad cast");
+    }
 
     /** Returns the held element; a null pointer when it is of another kind. */
     template<class ElementType>
@@ -160,27 +146,29 @@ public:
     ElementType& ConvertTo();
 
     /** As CastTo(): throw Exception "Bad cast" when another kind is held. */
-    operator const Object&() const;
-    operator const Array&() const;
-    operator const Number&() const;
-    operator const String&() const;
-    operator const Boolean&() const;
-    operator const Null&() const;
+    operator const Object&() const { return CastTo<Object>(); }
+    operator const Array&() const { return CastTo<Array>(); }
+    operator const Number&() const { return CastTo<Number>(); }
+    operator const String&() const { return CastTo<String>(); }
+    operator const Boolean&() const { return CastTo<Boolean>(); }
+    operator const Null&() const { return CastTo<Null>(); }
 
-    /** As ConvertTo(): they discard an element of another kind. */
-    operator Object&();
-    operator Array&();
-    operator Number&();
-    operator String&();
-    operator Boolean&();
-    operator Null&();
+    /** As ConvertTo(): discard an element of another kind. */
+    operator Object&() { return ConvertTo<Object>(); }
+    operator Array&() { return ConvertTo<Array>(); }
+    operator Number&() { return ConvertTo<Number>(); }
+    operator String&() { return ConvertTo<String>(); }
+    operator Boolean&() { return ConvertTo<Boolean>(); }
+    operator Null&() { return ConvertTo<Null>(); }
 
-    /** Tells whether both hold the same kind and equal values. */
     bool operator==(const UnknownElement& other) const;
-
-    /** Tells whether an equal element of that kind is held; copies and converts nothing. */
+    // For elements of known kind, which would be converted otherwise.
     template<class ElementType, class = IfElement_T<ElementType>>
-    bool operator==(const ElementType& element) const;
+    bool operator==(const ElementType& element) const
+    {
+        const ElementType* pElement = CastOrNull<ElementType>();
+        return pElement && *pElement == element;
+    }
 
     /** Calls the visitor's Visit for the held element. */
     void Accept(ConstVisitor& visitor) const;
@@ -188,11 +176,6 @@ public:
     void Accept(Visitor& visitor);
 
 private:
-    friend class Reader;
-    friend class TreeCopier;
-    friend class TreeComparer;
-    friend class TreeEraser;
-
     class Imp;
     template<class ElementType>
     class Imp_T;
@@ -201,16 +184,12 @@ private:
     template<class ElementType>
     class ConstCastVisitor_T;
 
-    // Holds a null that is not made yet, as after a move.
-    explicit UnknownElement(std::nullptr_t) noexcept : m_pImp(nullptr) {}
-
     const Imp& Held() const;
 
-    Imp* m_pImp;
+    // A null pointer stands for a Null, so that making and moving elements allocates nothing.
+    Imp* m_pImp = nullptr;
 };
 
-/** As UnknownElement's comparison with an element of known kind. Without it the right side would be
- * converted. */
 template<class ElementType, class = IfElement_T<ElementType>>
 bool operator==(const ElementType& left, const UnknownElement& right)
 {
@@ -226,17 +205,15 @@ public:
 
     /** Makes an empty array. */
     Array() = default;
-    /** Copies all elements with their subtrees. */
     Array(const Array& other);
-    /** Takes over all elements; the other array is empty afterwards. */
     Array(Array&& other) = default;
-    /** Destroys all elements with their subtrees. */
-    ~Array();
-
-    /** Replaces the elements by copies; the other may be this array or one of its descendants. */
-    Array& operator=(const Array& other);
-    /** Takes over the elements of the other, which may be this array or one of its descendants. */
-    Array& operator=(Array&& other) noexcept;
+    ~Array() = default;
+    // By value: the other may be a descendant.
+    Array& operator=(Array other)
+    {
+        m_Elements.swap(other.m_Elements);
+        return *this;
+    }
 
     /** Return iterators to the first element and behind the last one. */
     iterator Begin() { return m_Elements.begin(); }
@@ -246,13 +223,16 @@ public:
 
     /** Returns the number of elements. */
     std::size_t Size() const { return m_Elements.size(); }
-    /** Tells whether there are no elements. */
+    /** Returns whether there are no elements. */
     bool Empty() const { return m_Elements.empty(); }
 
     /** Inserts the element at the end; returns an iterator to it. Invalidates other iterators. */
-    iterator Insert(UnknownElement element);
+    iterator Insert(UnknownElement element) { return Insert(std::move(element), End()); }
     /** Inserts the element before where; returns an iterator to it. Invalidates other iterators. */
-    iterator Insert(UnknownElement element, iterator where);
+    iterator Insert(UnknownElement element, iterator where)
+    {
+        return m_Elements.insert(where, std::move(element));
+    }
 
     /**
      * Returns the element at nIndex, counted from 0. Grows the array with nulls when it is shorter; throws a
@@ -263,13 +243,10 @@ public:
      */
     const UnknownElement& operator[](std::size_t nIndex) const;
 
-    /** Tells whether both have equal elements in the same order. */
     bool operator==(const Array& other) const;
 
 private:
     friend class Reader;
-    friend class TreeCopier;
-    friend class TreeEraser;
 
     std::deque<UnknownElement> m_Elements;
 };
@@ -281,18 +258,14 @@ public:
     /** A name and its element. */
     struct Member
     {
-        /** Makes a member, by default without a name and holding a null. */
-        Member(const std::string& nameIn = std::string(), const UnknownElement& elementIn = UnknownElement())
-            : name(nameIn), element(elementIn)
-        {
-        }
-        /** Takes over the name and the element. */
-        Member(std::string&& nameIn, UnknownElement&& elementIn)
-            : name(std::move(nameIn)), element(std::move(elementIn))
+        /** Makes a member that holds a null, by default without a name. */
+        Member(std::string&& nameIn = std::string()) : name(std::move(nameIn)) {}
+        /** Makes a member. */
+        Member(const std::string& nameIn, UnknownElement elementIn = UnknownElement())
+            : name(nameIn), element(std::move(elementIn))
         {
         }
 
-        /** Tells whether names and elements are equal. */
         bool operator==(const Member& other) const { return name == other.name && element == other.element; }
 
         std::string name;
@@ -304,17 +277,15 @@ public:
 
     /** Makes an empty object. */
     Object() = default;
-    /** Copies all members with their subtrees. */
     Object(const Object& other);
-    /** Takes over all members; the other object is empty afterwards. */
     Object(Object&& other) noexcept = default;
-    /** Destroys all members with their subtrees. */
-    ~Object();
-
-    /** Replaces the members by copies; the other may be this object or one of its descendants. */
-    Object& operator=(const Object& other);
-    /** Takes over the members of the other, which may be this object or one of its descendants. */
-    Object& operator=(Object&& other) noexcept;
+    ~Object() = default;
+    // By value: the other may be a descendant.
+    Object& operator=(Object other) noexcept
+    {
+        m_Members.swap(other.m_Members);
+        return *this;
+    }
 
     /** Return iterators to the first member and behind the last one. */
     iterator Begin() { return m_Members.begin(); }
@@ -324,34 +295,30 @@ public:
 
     /** Returns the number of members. */
     std::size_t Size() const { return m_Members.size(); }
-    /** Tells whether there are no members. */
+    /** Returns whether there are no members. */
     bool Empty() const { return m_Members.empty(); }
 
     /** Returns the member with exactly this name, compared byte by byte from the front; End() when there is
      * none. */
     iterator Find(const std::string& sName);
-    /** Returns the member with exactly this name, compared byte by byte from the front; End() when there is
-     * none. */
     const_iterator Find(const std::string& sName) const;
 
     /**
      * Inserts the member at the end; returns an iterator to it. Throws Exception "Object member already
      * exists: " and the name when there is one of that name; the object is unchanged then.
      */
-    iterator Insert(Member member);
+    iterator Insert(Member member) { return Insert(std::move(member), End()); }
     /** As Insert() at the end, but before where. */
     iterator Insert(Member member, iterator where);
 
     /** Returns the element of the member sName; appends a member holding a null when there is none. */
     UnknownElement& operator[](const std::string& sName);
 
-    /** Tells whether both have equal members in the same order. */
-    bool operator==(const Object& other) const;
+    /** Compares members in their order: the same ones in another order are not equal. */
+    bool operator==(const Object& other) const { return m_Members == other.m_Members; }
 
 private:
     friend class Reader;
-    friend class TreeCopier;
-    friend class TreeEraser;
 
     std::list<Member> m_Members;
 };
@@ -360,7 +327,6 @@ private:
 class ConstVisitor
 {
 public:
-    /** Lets visitors be destroyed through this class. */
     virtual ~ConstVisitor() = default;
 
     /** Each is called with an element of its kind, which stays owned by the caller. */
@@ -376,7 +342,6 @@ public:
 class Visitor
 {
 public:
-    /** Lets visitors be destroyed through this class. */
     virtual ~Visitor() = default;
 
     /** Each is called with an element of its kind, which stays owned by the caller. */

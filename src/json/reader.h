@@ -2,7 +2,6 @@
 
 #include "json/elements.h"
 
-#include <cstddef>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -11,7 +10,8 @@
 namespace json {
 
 /**
- * Reads a JSON document from a stream.
+ * Reads a JSON document from a stream or a text: one pass makes tokens of the whole text, one builds elements
+ * of them.
  *
  * Beyond the JSON grammar it accepts raw control characters and any bytes of 0x80 and above in strings, and
  * numbers such as 007, 1. and -.5; it knows no \u escape. Only an object stands at the top.
@@ -35,13 +35,13 @@ public:
     {
     public:
         /** Takes the message and the place. */
-        ScanException(const std::string& sMessage, const Location& locError);
+        ScanException(const std::string& sMessage, const Location& locError)
+            : Exception(sMessage), m_locError(locError)
+        {
+        }
 
-        /**
-         * The place behind the bytes that were taken so far. A byte that starts no token is not taken and
-         * stands right there; a byte that breaks a literal or an escape sequence is taken and stands one
-         * before.
-         */
+        /** Where a byte stands that begins no token; the place behind a byte that breaks a literal or an
+         * escape sequence. */
         Location m_locError;
     };
 
@@ -51,7 +51,10 @@ public:
     public:
         /** Takes the message and where the offending token begins and ends. */
         ParseException(const std::string& sMessage, const Location& locTokenBegin,
-                       const Location& locTokenEnd);
+                       const Location& locTokenEnd)
+            : Exception(sMessage), m_locTokenBegin(locTokenBegin), m_locTokenEnd(locTokenEnd)
+        {
+        }
 
         /** Where the token begins. When a token is missing at the end: the end of the last one. */
         Location m_locTokenBegin;
@@ -60,29 +63,29 @@ public:
     };
 
     /**
-     * Reads the stream to its end and appends the members of the one object in it to the object.
+     * Reads the stream to its end and appends the members of the one object in it to the object. A stream
+     * that cannot be read counts as empty.
      *
-     * Throws ScanException or ParseException; a scan error anywhere in the text wins over parse errors. The
-     * object may then hold some more members and is of no use; after a scan error the stream stands somewhere
-     * behind m_locError. Containers may nest 1024 deep and 65,536 of them may be arrays. Time and memory grow
-     * with the size of the text only; the locale has no influence. A stream that cannot be read counts as
-     * empty.
+     * Throws ScanException or ParseException; a scan error anywhere in the text wins over parse errors. After
+     * a parse error the object may hold some more members and is of no use. A text may have 1,048,576 tokens
+     * and nest containers 1024 deep. Time and memory grow with the size of the text only; the locale has no
+     * influence.
      */
     static void Read(Object& object, std::istream& istr);
+    /** Reads a text in the same way. */
+    static void Read(Object& object, std::string_view sText);
 
 private:
     struct Token;
-    class TokenTypes;
     class InputStream;
     class TokenStream;
 
     static void Scan(std::vector<Token>& tokens, InputStream& inputStream);
-    static std::string MatchValue(int nType, InputStream& inputStream);
-    static std::string MatchString(InputStream& inputStream);
-    static void MatchQuotationMark(InputStream& inputStream);
-    static std::string MatchLiteral(std::string_view sLiteral, InputStream& inputStream);
-    static char MatchEscaped(InputStream& inputStream);
-    static std::string MatchNumber(InputStream& inputStream);
+    static void SkipWhiteSpace(InputStream& inputStream);
+    static Token MatchToken(InputStream& inputStream);
+    static bool MatchString(InputStream& inputStream);
+    static void MatchEscaped(InputStream& inputStream);
+    static void MatchNumber(InputStream& inputStream);
     static void MatchExpectedString(InputStream& inputStream, std::string_view sExpected);
 
     void Parse(UnknownElement& element, TokenStream& tokenStream);
@@ -92,16 +95,11 @@ private:
     void Parse(Number& number, TokenStream& tokenStream);
     void Parse(Boolean& boolean, TokenStream& tokenStream);
     void Parse(Null& null, TokenStream& tokenStream);
-    template<class ContainerType>
-    void ParseNested(UnknownElement& element, TokenStream& tokenStream);
-    void CountArray(TokenStream& tokenStream);
-    static std::string& MatchExpectedToken(int nType, TokenStream& tokenStream);
-    [[noreturn]] static void ThrowUnexpected(char c, const InputStream& inputStream);
-    [[noreturn]] static void ThrowUnexpected(const Token& token);
+    void OpenContainer(int nType, TokenStream& tokenStream);
+    static const Token& MatchExpectedToken(int nType, TokenStream& tokenStream);
     static bool MatchNextElement(TokenStream& tokenStream);
 
     unsigned int m_nDepth = 0;
-    unsigned int m_nArrays = 0;
 };
 
 } // namespace json

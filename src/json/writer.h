@@ -5,7 +5,6 @@
 #include <ostream>
 #include <streambuf>
 #include <string_view>
-#include <vector>
 
 namespace json {
 
@@ -25,15 +24,6 @@ public:
     static void Write(const Object& object, std::ostream& ostr);
 
 private:
-    /** A container that is being written, and what comes next in it. */
-    struct sOpen
-    {
-        const Array* pArray;
-        Array::const_iterator itElement;
-        const Object* pObject;
-        Object::const_iterator itMember;
-    };
-
     explicit Writer(std::ostream& ostr) : m_ostr(ostr), m_Buffer(*ostr.rdbuf()) {}
 
     void Visit(const Array& array) override;
@@ -43,9 +33,6 @@ private:
     void Visit(const Boolean& boolean) override;
     void Visit(const Null& null) override;
 
-    void WriteOpen();
-    void WriteNextElement();
-    void WriteNextMember();
     void WriteString(std::string_view sValue);
     void WriteText(std::string_view sText);
     void WriteByte(char c);
@@ -53,7 +40,7 @@ private:
     std::ostream& m_ostr;
     [[maybe_unused]] int m_nTabDepth = 0;
     std::streambuf& m_Buffer;
-    std::vector<sOpen> m_Open;
+    bool m_bFailed = false;
 };
 
 } // namespace json

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "network/bridgeservice.h"
+
 #include "json/elements.h"
 
 #include <QMap>
@@ -92,56 +94,7 @@ public:
         QStringList search;
     };
 
-    /** The bridges of the device. Owns the records in its list. */
-    class BridgeService
-    {
-    public:
-        /** One bridge. */
-        class BridgeInterface
-        {
-        public:
-            /** Tells whether all fields are equal. */
-            bool operator==(const BridgeInterface& other) const;
-
-            QString bridgeName;
-            QStringList bridgedInterfaces;
-            /** The spanning tree protocol; read from "std" but written as "stp". */
-            bool stp = true;
-            /** The forward delay in seconds. */
-            int fd = 5;
-            /** The options for the DHCP client on the bridge. */
-            QString udhcpOpts = QStringLiteral("-t 30 -T 35");
-        };
-
-        /** Makes a service that is off and has no bridges. */
-        BridgeService() = default;
-        /** Copies the bridges too. */
-        BridgeService(const BridgeService& other);
-        /** Deletes the bridges. */
-        ~BridgeService();
-        /** Deletes the bridges and takes copies of the other's. */
-        BridgeService& operator=(const BridgeService& other);
-
-        /** Reads a text; see the class NetworkConfiguration. */
-        bool fromJSON(const QString& text);
-        /**
-         * Reads an object; interfaces and bridges are added to those that are there. A bridge without a name
-         * or with a name that is taken is left out after a warning. Always returns true.
-         */
-        bool fromJSONObject(const json::Object& object);
-        /** Builds the object; all keys are always there. */
-        json::Object toJSONObject() const;
-        /** Builds the object and writes it as text. */
-        QString toJSON() const;
-
-        /** Tells whether all fields are equal. */
-        bool operator==(const BridgeService& other) const;
-
-        bool enabled = false;
-        QStringList interfaces;
-        /** The bridges by name, owned. A null record counts as absent. */
-        QMap<QString, BridgeInterface*> list;
-    };
+    using BridgeService = OVIK::BridgeService;
 
     /** Makes a document of version 0 that is empty. */
     NetworkConfiguration() = default;

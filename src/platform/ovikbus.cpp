@@ -110,7 +110,7 @@ QDBusConnection* ovikbus::connectToService(const std::function<void(const QDBusC
     QDBusConnection* pSession = openConnection(QDBusConnection::SessionBus);
     if (!pSession->isConnected()) {
         closeConnection(pSession);
-        return pFirst;
+        return pFirst; // Kept, see docs/compatibility.md
     }
     oReply = probeService(*pSession);
     if (!isReply(oReply)) {

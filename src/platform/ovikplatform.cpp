@@ -170,6 +170,7 @@ quint32 OVIKPlatform::GetNetmask() const
     return netMask;
 }
 
+// Kept, see docs/compatibility.md
 bool OVIKPlatform::SetNetmask(quint32 nNetmask)
 {
     netMask = nNetmask;
@@ -182,6 +183,7 @@ quint32 OVIKPlatform::GetGateWay() const
     return gateWay;
 }
 
+// Kept, see docs/compatibility.md
 bool OVIKPlatform::SetGateWay(quint32 nGateWay)
 {
     gateWay = nGateWay;
@@ -299,6 +301,7 @@ void OVIKPlatform::restartNTPDService(bool bEnable)
         return;
     }
     // Every change starts from a daemon that is stopped and disabled.
+    // Kept, see docs/compatibility.md
     m_serviceManager->stop(s_szNTPService);
     m_serviceManager->disable(s_szNTPService);
     if (!bEnable) {

@@ -28,12 +28,11 @@ class OVIKPlatform : public QObject
     Q_OBJECT
 
 public:
-    /** Returns the one instance; creates it on the first call, without any traffic. It lives until the
+    /** Returns the one instance; creates it on the first call, without any D-Bus traffic. It lives until the
      * process ends. */
     static OVIKPlatform* getInstance();
 
-    /** Lets getInstance() create a new instance. The connection and the four object proxies stay: they last
-     * as long as the process. */
+    // The connection and the four object proxies stay: they last as long as the process.
     ~OVIKPlatform() override;
 
     /**
@@ -42,20 +41,21 @@ public:
      *
      * Every operation that needs a connection calls it while there is none. Returns false, without a
      * connection, when no bus can be reached or a session bus can be reached but no bus has the service; the
-     * next operation tries again. With true a proxy may still be invalid: calls through it then fail one by
-     * one. Steps and failures are logged as warnings.
+     * next operation tries again. Even if it returns true a proxy may be invalid: calls through it then fail
+     * one by one. Logs steps and failures as warnings.
      */
     bool Init();
 
     /**
      * Selects the interface that the operations below read and write.
      *
-     * szName is UTF-8 text; null or empty selects "eth0". The cached settings stay those of the interface
-     * before. Always true.
+     * szName is UTF-8 text; null or empty selects "eth0". The cache keeps the settings of the interface
+     * before. Always returns true.
      */
     bool SetInterfaceName(const char* szName);
 
-    /** Copies the cached MAC address, the first byte first, to the six bytes at pAddress. Always true. */
+    /** Copies the cached MAC address, the first byte first, to the six bytes at pAddress. Always returns
+     * true. */
     bool GetMacAddress(unsigned char* pAddress) const;
 
     /** Returns the cached IPv4 address. */
@@ -64,33 +64,34 @@ public:
     /** Returns the cached IPv4 address in dotted form, "0.0.0.0" for none. */
     QString GetIpAddressAsString() const;
 
-    /** Caches an IPv4 address and clears the cached DHCP flag. Always true. */
+    /** Caches an IPv4 address and clears the cached DHCP flag. Always returns true. */
     bool SetIpAddress(quint32 nAddress);
 
     /** Returns the cached netmask. */
     quint32 GetNetmask() const;
 
-    /** Caches a netmask and clears the cached DHCP flag. Always true. */
+    /** Caches a netmask and clears the cached DHCP flag. Always returns true. */
     bool SetNetmask(quint32 nNetmask);
 
     /** Returns the cached gateway. */
     quint32 GetGateWay() const;
 
-    /** Caches a gateway and clears the cached DHCP flag. Always true. */
+    /** Caches a gateway and clears the cached DHCP flag. Always returns true. */
     bool SetGateWay(quint32 nGateWay);
 
     /** Returns the cached DHCP flag. */
     bool GetDHCP() const;
 
-    /** Caches the DHCP flag; to be called after the setters of the addresses, which clear it. Always true. */
+    /** Caches the DHCP flag; to be called after the setters of the addresses, which clear it. Always returns
+     * true. */
     bool SetDHCP(bool bDHCP);
 
     /**
      * Reads the settings of the selected interface from the service into the cache.
      *
-     * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. A text that is
-     * no JSON object, or lacks a field, gives the field its default: no address, DHCP off. Returns false
-     * without a connection. Returns true with the cache unchanged, which is that of the interface read
+     * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. A field that
+     * the reply lacks gets its default: no address, DHCP off; so do all fields when the reply is no JSON
+     * object. Returns false without a connection. Returns true, and leaves the cache with the settings read
      * before, when the service replies with an error, or with JSON that has a value of another type than its
      * key asks for.
      */
@@ -100,42 +101,42 @@ public:
      * Writes the cached addresses and DHCP flag of the selected interface to the service and has it apply
      * them.
      *
-     * With DHCP on the addresses stay as the service has them. The service's answers to the writing are not
-     * awaited: true means that the settings were sent. Returns false, and sends nothing, without a connection
-     * or when the service does not tell the interface's present settings: an error reply, or a text that is
-     * no description of an interface. A description without a name counts as none, as it may stem from a text
-     * that was cut off, and defaults must never overwrite a device's settings.
+     * With DHCP on the addresses stay as the service has them. Does not wait for the replies to the writing:
+     * true means that the settings were sent. Returns false, and sends nothing, without a connection or when
+     * the interface's present settings cannot be read: an error reply, or a text that does not describe an
+     * interface. A description needs a name: without one it may come from a truncated text, and defaults must
+     * never overwrite a device's settings.
      */
     bool SetNetworkSettings();
 
     /**
-     * Asks the service for the address that identifies the device best.
+     * Returns the address that identifies the device best, read from the service.
      *
      * It is the address in force of the first interface, in the order of names, that is not hidden and has
-     * one. Returns a null address when there is none, or the service cannot be asked.
+     * one. Returns a null address when there is none or the reading fails.
      */
     QHostAddress GetBestInterfaceIP();
 
     /**
      * Returns the version of the main OS partition: from the top byte its three numbers, then a zero byte.
      *
-     * It is asked of the service once; until it could be read the result is 0.
+     * Reads it from the service once; returns 0 until that succeeded.
      */
     quint32 GetVersion();
 
     /**
-     * Has the service stop and disable the NTP daemon and then, when bEnable is set, enable and start it.
+     * Makes the service stop and disable the NTP daemon and then, when bEnable is set, enable and start it.
      *
      * Does not wait for the service, and does nothing before a successful Init().
      */
     void restartNTPDService(bool bEnable);
 
-    /** Asks the service whether the NTP daemon is enabled; false also on an error and before a successful
-     * Init(). */
+    /** Returns whether the NTP daemon is enabled, read from the service; false also on an error and before a
+     * successful Init(). */
     bool isNTPDEnabled();
 
-    /** Has the service restart the device; does not wait. Nothing is sent when the service's root object is
-     * missing. */
+    /** Makes the service restart the device; does not wait. Sends nothing when the service's root object was
+     * missing during Init(). */
     void Reboot();
 
     /** Keeps the device name that the runtime sent; nothing is sent to the service. */

@@ -43,7 +43,7 @@ struct _bootldrInfo
 };
 using partitionInfo = _bootldrInfo;
 
-/** Time zone rules. Never travels: it has no D-Bus operators. Offsets as the service counts them. */
+/** Time zone rules, offsets as the service counts them. Not sent over D-Bus: it has no operators. */
 struct _timeZoneInfo
 {
     quint8 stdMonth = 0;
@@ -62,7 +62,7 @@ struct _timeZoneInfo
 };
 using timeZoneInfo = _timeZoneInfo;
 
-/** Size of the splash image in pixels. Never travels: it has no D-Bus operators. */
+/** Size of the splash image in pixels. Not sent over D-Bus: it has no operators. */
 struct _splashImageInfo
 {
     quint32 x = 0;
@@ -70,7 +70,7 @@ struct _splashImageInfo
 };
 using splashImageInfo = _splashImageInfo;
 
-/** Signature of a plug-in module. Never travels: it has no D-Bus operators. */
+/** Signature of a plug-in module. Not sent over D-Bus: it has no operators. */
 struct sSEEModule
 {
     quint8 Name[16] = {};
@@ -81,7 +81,7 @@ struct sSEEModule
     quint8 FunctArea[16] = {};
 };
 
-/** One storage device, spaces in bytes. Never travels: it has no D-Bus operators. */
+/** One storage device, spaces in bytes. Not sent over D-Bus: it has no operators. */
 struct _ovikStorageInfo
 {
     char mountPoint[200] = {};
@@ -116,9 +116,9 @@ QDBusArgument& operator<<(QDBusArgument& oArgument, const _bootldrInfo& oInfo);
 const QDBusArgument& operator>>(const QDBusArgument& oArgument, _bootldrInfo& oInfo);
 
 /**
- * Makes the two records that travel known to Qt's type system and to its D-Bus marshalling.
+ * Registers the two records with operators with Qt's type system and its D-Bus marshalling.
  *
- * To be called before a proxy method that returns one of them; further calls change nothing.
+ * Must be called before a proxy method that returns one of them; further calls change nothing.
  */
 void registerOVIKRecords();
 

@@ -3,7 +3,7 @@
 #include "touch/touchlist.h"
 
 #include <QComboBox>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QLineEdit>
@@ -34,6 +34,7 @@ ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), this, SLOT(find(QString)));
     connect(m_pList, SIGNAL(clicked(QModelIndex)), this, SLOT(choose(QModelIndex)));
     connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()));
+    pComboBox->installEventFilter(this);
     pComboBox->lineEdit()->installEventFilter(this);
     pComboBox->window()->installEventFilter(this);
 }
@@ -87,6 +88,16 @@ void ChoiceFinder::place()
 bool ChoiceFinder::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
     switch (pEvent->type()) {
+    case QEvent::FocusIn:
+        m_bTapped = static_cast<const QFocusEvent*>(pEvent)->reason() == Qt::MouseFocusReason;
+        break;
+    case QEvent::MouseButtonRelease:
+        if (m_bTapped && pWatched == m_pComboBox->lineEdit()) {
+            m_bTapped = false;
+            QMetaObject::invokeMethod(pWatched, "selectAll",
+                                      Qt::QueuedConnection); // after it has placed the cursor
+        }
+        break;
     case QEvent::FocusOut:
     case QEvent::Hide:
     case QEvent::MouseButtonPress:

@@ -2,6 +2,7 @@
 
 #include "touch/dialogwindow.h"
 #include "touch/formarea.h"
+#include "touch/touchcheckbox.h"
 #include "touch/touchcombobox.h"
 #include "touch/touchsheet.h"
 
@@ -47,6 +48,10 @@ DialogPlacement::DialogPlacement(QDialog* pDialog, const QFont& oFont)
     const QList<QComboBox*> oComboBoxes = pDialog->findChildren<QComboBox*>();
     for (QComboBox* pComboBox : oComboBoxes) {
         new TouchComboBox(pComboBox);
+    }
+    const QList<QCheckBox*> oCheckBoxes = pDialog->findChildren<QCheckBox*>();
+    for (QCheckBox* pCheckBox : oCheckBoxes) {
+        new TouchCheckBox(pCheckBox);
     }
     makeScrollable();
     fitButtons();
@@ -176,7 +181,7 @@ QSize DialogPlacement::wantedSize() const
 void DialogPlacement::place()
 {
     const QRect oVisible = visibleRect();
-    if (oVisible.isEmpty()) {
+    if (oVisible.isEmpty() || !m_pDialog->isVisible()) { // the focus also moves while the dialog is deleted
         return;
     }
     const QSize oSize = wantedSize().boundedTo(oVisible.size());

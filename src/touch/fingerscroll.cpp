@@ -15,5 +15,10 @@ void letFingerScroll(QAbstractScrollArea* pArea)
     QScrollerProperties oProperties = pScroller->scrollerProperties();
     const qreal nMetres = Tap::distance() / pScroller->pixelPerMeter().x();
     oProperties.setScrollMetric(QScrollerProperties::DragStartDistance, nMetres);
+    // A tap while contents swing back from their end would only stop them.
+    for (const auto eDirection :
+         {QScrollerProperties::HorizontalOvershootPolicy, QScrollerProperties::VerticalOvershootPolicy}) {
+        oProperties.setScrollMetric(eDirection, QVariant::fromValue(QScrollerProperties::OvershootAlwaysOff));
+    }
     pScroller->setScrollerProperties(oProperties);
 }

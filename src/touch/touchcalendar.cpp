@@ -19,7 +19,7 @@ constexpr int s_nCell = 48;
 constexpr int s_nRoomyCell = 40;
 constexpr int s_nBesideWidth = 56; // of the buttons beside the days
 constexpr int s_nFrame = 2;
-constexpr int s_nTextMargin = 3; // of the table
+constexpr int s_nTextMargin = 5; // around the name of a day
 constexpr int s_nLabelWidth = 46;
 constexpr int s_nLabelHeight = 24;
 constexpr int s_aButtons[] = {48, 40, 36};
@@ -156,7 +156,7 @@ void TouchCalendar::showEvent(QShowEvent* pEvent)
 
 void TouchCalendar::showPage()
 {
-    m_pYear->setText(QString::number(yearShown()));
+    m_pYear->setText(locale().toString(QDate(yearShown(), monthShown(), 1), QStringLiteral("yyyy")));
     QString strMonth = QString::number(monthShown());
     for (const auto eFormat : {QLocale::ShortFormat, QLocale::LongFormat}) {
         const QString strName = locale().standaloneMonthName(monthShown(), eFormat);

@@ -1,33 +1,24 @@
 #include "wink/overlaywindow.h"
 
-#include <QApplication>
-#include <QEvent>
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QWidget>
 #include <QWindow>
 
 namespace {
 
-// A client of a Wayland compositor can neither place nor raise a window. A tooltip becomes a popup, which the
-// compositor keeps where it is told, right above the window that it belongs to.
-bool hasPopups()
-{
-    return QGuiApplication::platformName().startsWith("wayland");
-}
-
 QWindow* visibleChild(const QWindow* pParent)
 {
     const QWindowList oWindows = QGuiApplication::topLevelWindows();
     for (QWindow* pWindow : oWindows) {
-        const bool bCounts = pWindow->isVisible() && pWindow->type() != Qt::ToolTip &&
-                             !pWindow->flags().testFlag(Qt::WindowTransparentForInput);
-        if (bCounts && pWindow->transientParent() == pParent) {
+        if (pWindow->isVisible() && pWindow->type() != Qt::ToolTip && pWindow->transientParent() == pParent) {
             return pWindow;
         }
     }
     return nullptr;
 }
 
-/** Returns the last of panel, dialog and list that is visible. */
+// Returns the last one of panel, dialog and list that is visible.
 QWindow* topmostWindow()
 {
     QWindow* pTopmost = nullptr;
@@ -39,30 +30,45 @@ QWindow* topmostWindow()
 
 } // namespace
 
+// As a tooltip the window is out of the hands of X window managers, which keep a full-screen window and its
+// dialogs above all others; Wayland compositors keep it where it is, right above its transient parent; and on
+// the frame buffer it gets no keyboard.
 OverlayWindow::OverlayWindow(QWidget* pWidget) : QObject(pWidget), m_pWidget(pWidget)
 {
     pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
     pWidget->winId();
-    QWindow* pWindow = pWidget->windowHandle();
-    if (hasPopups()) {
-        pWindow->setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput);
-    } else {
-        // A window manager keeps a full-screen window that has the keyboard, and its dialogs, above all
-        // others.
-        pWindow->setFlags(pWindow->flags() | Qt::BypassWindowManagerHint | Qt::WindowTransparentForInput);
-    }
+    pWidget->windowHandle()->setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput);
+    pWidget->windowHandle()->installEventFilter(this);
     pWidget->installEventFilter(this);
     connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(onFocusWindowChanged(QWindow*)));
 }
 
+void OverlayWindow::show(QWidget* pWidget)
+{
+    const Qt::WindowFlags oFlags = pWidget->windowFlags();
+    pWidget->overrideWindowFlags(Qt::ToolTip); // any other window would close the list
+    pWidget->show();
+    pWidget->overrideWindowFlags(oFlags);
+    pWidget->raise();
+}
+
 bool OverlayWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (hasPopups() && pEvent->type() == QEvent::Show) {
+    switch (pEvent->type()) {
+    case QEvent::Show:
         attach();
-    } else if (hasPopups() && pEvent->type() == QEvent::ZOrderChange) {
+        return false;
+    case QEvent::ZOrderChange:
         attachAgain();
+        return false;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        return passOn(static_cast<QMouseEvent*>(pEvent));
+    default:
+        return QObject::eventFilter(pWatched, pEvent);
     }
-    return QObject::eventFilter(pWatched, pEvent);
 }
 
 void OverlayWindow::attach()
@@ -77,13 +83,14 @@ void OverlayWindow::attach()
 
 void OverlayWindow::attachAgain()
 {
-    if (m_pWidget->isVisible() && topmostWindow() != m_pWidget->windowHandle()->transientParent()) {
+    const QWindow* pWindow = m_pWidget->windowHandle();
+    if (pWindow->isVisible() && topmostWindow() != pWindow->transientParent()) {
         m_pWidget->hide();
-        m_pWidget->show();
+        show(m_pWidget);
     }
 }
 
-// A popup has to go before the window that it belongs to.
+// On Wayland an overlay that outlives its parent would end the connection.
 void OverlayWindow::onParentVisibleChanged(bool bVisible)
 {
     if (!bVisible && sender() == m_pWidget->windowHandle()->transientParent()) {
@@ -93,17 +100,21 @@ void OverlayWindow::onParentVisibleChanged(bool bVisible)
 
 void OverlayWindow::onFocusWindowChanged(QWindow* pWindow)
 {
-    if (pWindow == m_pWidget->windowHandle()) {
-        giveKeyboardBack();
-    } else if (pWindow) {
+    if (pWindow) {
         m_pWidget->raise();
     }
 }
 
-// Some platforms activate whatever comes to the top.
-void OverlayWindow::giveKeyboardBack()
+// Only X keeps fingers from a window that is transparent for input.
+bool OverlayWindow::passOn(const QMouseEvent* pEvent) const
 {
-    if (QWindow* pWindow = topmostWindow()) {
-        pWindow->requestActivate();
+    QWindow* pBelow = m_pWidget->windowHandle()->transientParent();
+    if (!pBelow) {
+        return false;
     }
+    const QPoint oPosition = pBelow->mapFromGlobal(pEvent->globalPos());
+    QMouseEvent oEvent(pEvent->type(), oPosition, oPosition, pEvent->globalPos(), pEvent->button(),
+                       pEvent->buttons(), pEvent->modifiers(), pEvent->source());
+    QCoreApplication::sendEvent(pBelow, &oEvent);
+    return true;
 }

@@ -2,13 +2,13 @@
 
 #include <QObject>
 
+class QMouseEvent;
 class QWidget;
 class QWindow;
 
 /**
- * The native window of an overlay. Keeps it above all other windows of the program, on most platforms also
- * above those of other programs, and passes fingers and keys on to what lies below. What a platform needs for
- * it is here and nowhere else; the widget keeps its flags.
+ * The native window of an overlay: stays above panel, dialogs and lists on every platform, and takes neither
+ * fingers nor keys. The widget keeps its flags; what the platforms need instead is here and nowhere else.
  */
 class OverlayWindow : public QObject
 {
@@ -18,7 +18,12 @@ public:
     /** Creates the native window of pWidget, a hidden widget without a parent, which owns this object. */
     explicit OverlayWindow(QWidget* pWidget);
 
-    /** Puts the native window above all others when the widget is shown or raised; never true. */
+    /** Shows the widget of an OverlayWindow, if it is hidden, and brings it to the top. An open list stays
+     * open. */
+    static void show(QWidget* pWidget);
+
+    /** Keeps the overlay above the topmost window when it is shown or raised; passes fingers on to that
+     * window. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private slots:
@@ -28,7 +33,7 @@ private slots:
 private:
     void attach();
     void attachAgain();
-    void giveKeyboardBack();
+    bool passOn(const QMouseEvent* pEvent) const;
 
     QWidget* m_pWidget;
 };

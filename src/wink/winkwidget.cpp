@@ -1,5 +1,7 @@
 #include "wink/winkwidget.h"
 
+#include "wink/overlaywindow.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -17,8 +19,7 @@ bool hasWideScreen()
 void showOnTop(QWidget* pOverlay)
 {
     if (pOverlay) {
-        pOverlay->show();
-        pOverlay->raise();
+        OverlayWindow::show(pOverlay);
     }
 }
 

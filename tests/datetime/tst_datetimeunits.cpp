@@ -60,44 +60,34 @@ private slots:
         QCOMPARE(ntpstatus::text({false, "", "377", ""}), "");
     }
 
-    void readsServer_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QString>("server"); // "none": none is taken
-        QTest::addColumn<QString>("log");
-        const auto fnRow = [](const QByteArray& oJSON, const char* szServer, const char* szLog) {
-            QTest::newRow(oJSON.left(40)) << oJSON << QString(szServer) << QString(szLog);
-        };
-        fnRow(R"({"x":[1,{"server":"c"}],"ntp":{"server":"zeit.bücher.example"}})", "zeit.bücher.example",
-              "");
-        fnRow(QByteArray("{\"ntp\":{\"server\":\"a\"}}\0}", 25), "a", "");
-        fnRow("", "none", "Trying to parse empty datetime json!");
-        fnRow("\t\n", "none", "Parse error in datetime json Unexpected end of token stream");
-        fnRow("server=a", "none", "Scan error in datetime json  Unexpected character in stream: s");
-        fnRow("{\"a\":\"" + QByteArray(9999999, 'a') + "\"}", "none", // too long to be read whole
-              "Scan error in datetime json  Expected string: \"");
-        fnRow(R"({"NTP":{}})", "", "datetime json error:  Could not find 'ntp' json object");
-        fnRow(R"({"ntp":{"Server":"a"}})", "", "datetime json error:  Could not find 'server' entry");
-        fnRow(R"({"ntp":"a"})", "none", "Unknown datetime json error ");
-        fnRow(R"({"ntp":{"server":1}})", "none", "Unknown datetime json error ");
-    }
-
     void readsServer()
     {
-        QFETCH(QByteArray, json);
-        QFETCH(QString, server);
-        QFETCH(QString, log);
-        QFile oFile("/tmp/datetime.json");
-        QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write(json) == json.size());
-        oFile.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^\".*\"$")); // what was read
-        if (!log.isEmpty()) {
-            QTest::ignoreMessage(QtWarningMsg, qPrintable(log));
+        const std::tuple<QByteArray, const char*, const char*> aFiles[] = {
+            // text, server, log
+            {R"({"x":[1,{"server":"c"}],"ntp":{"server":"zeit.bücher.example"}})", "zeit.bücher.example", ""},
+            {QByteArray("{\"ntp\":{\"server\":\"a\"}}\0}", 25), "a", ""},
+            {"", "none", "Trying to parse empty datetime json!"},
+            {"\t\n", "none", "Parse error in datetime json Unexpected end of token stream"},
+            {"server=a", "none", "Scan error in datetime json  Unexpected character in stream: s"},
+            {"{\"a\":\"" + QByteArray(9999999, 'a') + "\"}", "none", // too long to be read whole
+             "Scan error in datetime json  Expected string: \""},
+            {R"({"NTP":{}})", "", "datetime json error:  Could not find 'ntp' json object"},
+            {R"({"ntp":{"Server":"a"}})", "", "datetime json error:  Could not find 'server' entry"},
+            {R"({"ntp":"a"})", "none", "Unknown datetime json error "},
+            {R"({"ntp":{"server":1}})", "none", "Unknown datetime json error "}};
+        for (const auto& [oText, szExpected, szLog] : aFiles) {
+            QFile oFile("/tmp/datetime.json");
+            QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write(oText) == oText.size());
+            oFile.close();
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^\".*\"$")); // what was read
+            if (*szLog) {
+                QTest::ignoreMessage(QtWarningMsg, szLog);
+            }
+            QString strText;
+            QString strServer("");
+            QVERIFY(datetimesettings::readFile(oFile.fileName(), strText));
+            QCOMPARE(datetimesettings::serverFromText(strText, strServer) ? strServer : "none", szExpected);
         }
-        QString strText;
-        QString strServer("");
-        QVERIFY(datetimesettings::readFile(oFile.fileName(), strText));
-        QCOMPARE(datetimesettings::serverFromText(strText, strServer) ? strServer : "none", server);
     }
 
     void readsOnlyFiles()
@@ -111,44 +101,38 @@ private slots:
         }
     }
 
-    void setsClocks_data()
+    void setsClocks()
     {
-        QTest::addColumn<QString>("time");
-        QTest::addColumn<QString>("requests"); // none: the clocks cannot have the time
-        const auto fnRow = [](const char* szFault, const char* szTime, const QString& strRequests) {
-            QTest::newRow(szFault) << QString(szTime) << strRequests;
-        };
+        qputenv("TZ", ":/usr/share/zoneinfo/Europe/Rome");
         const QString strSet = "set 1893549845 0 0, ";
         const QString strRTC = "open /dev/rtc 1, ";
         const QString strRequest = "ioctl 1: 5 4 2 2 0 130 3 1 0, ";
         const char* szTime = "2030-01-02T03:04:05";
-        fnRow("good", szTime, strSet + strRTC + strRequest + "close");
-        fnRow("other RTC", szTime, strSet + strRTC + "open /dev/misc/rtc 1, " + strRequest + "close");
-        fnRow("no RTC", szTime,
-              strSet + strRTC + "open /dev/misc/rtc 1, Could not access RTC: No such file or directory, " +
-                  strRequest + "Could not set the RTC time: Bad file descriptor");
-        fnRow("stuck RTC", szTime,
-              strSet + strRTC + strRequest + "Could not set the RTC time: Invalid argument, close");
-        fnRow("refused", szTime, strSet + "Error setting system time: Operation not permitted");
-        fnRow("first", "1970-01-01T01:00:00", "set 0 0 0, " + strRTC + "ioctl 1: 0 0 0 1 0 70 4 0 0, close");
-        fnRow("last", "2106-02-07T07:28:14",
-              "set 4294967294 0 0, " + strRTC + "ioctl 1: 14 28 6 7 1 206 0 37 0, close");
-        fnRow("too early", "1970-01-01T00:59:59", "");
-        fnRow("too late", "2106-02-07T07:28:15", "");
-        fnRow("left out by summer time", "2027-03-28T02:30:00", "");
-    }
-
-    void setsClocks()
-    {
-        QFETCH(QString, time);
-        QFETCH(QString, requests);
-        qputenv("TZ", ":/usr/share/zoneinfo/Europe/Rome");
-        clocks::g_strFault = QTest::currentDataTag();
-        clocks::g_oRequests.clear();
-        const QDate oDate = QDate::fromString(time.section('T', 0, 0), Qt::ISODate);
-        QCOMPARE(writeLocalTime(oDate, QTime::fromString(time.section('T', 1))),
-                 !requests.isEmpty() && clocks::g_strFault != "refused");
-        QCOMPARE(clocks::g_oRequests.join(", "), requests);
+        const std::tuple<const char*, const char*, QString> aTimes[] = {
+            // fault, time, requests
+            {"", szTime, strSet + strRTC + strRequest + "close"},
+            {"other RTC", szTime, strSet + strRTC + "open /dev/misc/rtc 1, " + strRequest + "close"},
+            {"no RTC", szTime,
+             strSet + strRTC + "open /dev/misc/rtc 1, Could not access RTC: No such file or directory, " +
+                 strRequest + "Could not set the RTC time: Bad file descriptor"},
+            {"stuck RTC", szTime,
+             strSet + strRTC + strRequest + "Could not set the RTC time: Invalid argument, close"},
+            {"refused", szTime, strSet + "Error setting system time: Operation not permitted"},
+            {"", "1970-01-01T01:00:00", "set 0 0 0, " + strRTC + "ioctl 1: 0 0 0 1 0 70 4 0 0, close"},
+            {"", "2106-02-07T07:28:14",
+             "set 4294967294 0 0, " + strRTC + "ioctl 1: 14 28 6 7 1 206 0 37 0, close"},
+            {"too early", "1970-01-01T00:59:59", ""},
+            {"too late", "2106-02-07T07:28:15", ""},
+            {"left out by summer time", "2027-03-28T02:30:00", ""}};
+        for (const auto& [szFault, szLocal, strRequests] : aTimes) {
+            clocks::g_strFault = szFault;
+            clocks::g_oRequests.clear();
+            const QString strLocal = szLocal;
+            const bool bSet = writeLocalTime(QDate::fromString(strLocal.left(10), Qt::ISODate),
+                                             QTime::fromString(strLocal.mid(11), Qt::ISODate));
+            QCOMPARE(clocks::g_oRequests.join(", "), strRequests);
+            QCOMPARE(bSet, !strRequests.isEmpty() && clocks::g_strFault != "refused");
+        }
     }
 };
 

@@ -3,19 +3,14 @@
 #include "json/reader.h"
 #include "json/writer.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-
 #include <sstream>
 #include <string>
 
 // Reads a document from text.
 inline json::Object readText(const std::string& sText)
 {
-    std::istringstream oStream(sText);
     json::Object oDocument;
-    json::Reader::Read(oDocument, oStream);
+    json::Reader::Read(oDocument, std::string_view(sText));
     return oDocument;
 }
 
@@ -25,11 +20,4 @@ inline std::string writeText(const json::Object& oDocument)
     std::ostringstream oStream;
     json::Writer::Write(oDocument, oStream);
     return oStream.str();
-}
-
-// Returns the rows of a table in a file; none when it cannot be read.
-inline QJsonArray readTable(const QString& strPath)
-{
-    QFile oFile(strPath);
-    return oFile.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(oFile.readAll()).array() : QJsonArray();
 }

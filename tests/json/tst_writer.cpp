@@ -34,51 +34,33 @@ private:
 
 } // namespace
 
+// What each kind of element is written as stands in tst_reader.
 class WriterTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void writes()
-    {
-        const QJsonArray table = readTable(QFINDTESTDATA("written.json"));
-        QVERIFY(!table.isEmpty());
-        for (const QJsonValue& row : table) {
-            const Object oDocument = readText(row["text"].toString().toLatin1().toStdString());
-            QCOMPARE(writeText(oDocument), row["written"].toString().toLatin1().toStdString());
-        }
-        // No text can hold these.
-        Object oObject;
-        oObject["i"] = Number(std::numeric_limits<double>::infinity());
-        oObject["n"] = Number(std::numeric_limits<double>::quiet_NaN());
-        QCOMPARE(writeText(oObject), std::string(R"({"i" : inf,"n" : nan})"));
-    }
-
     void cleanup() { std::locale::global(std::locale::classic()); }
     void keepsFormatsButNoLocale()
     {
         using Base = std::ios_base;
-        const std::vector<std::pair<Base::fmtflags, std::string>> expected = {
-            {Base::dec, "1234567.5"},
-            {Base::fixed, "1234567.50000000000000000000"},
-            {Base::scientific | Base::uppercase, "1.23456750000000000000E+06"},
-            {Base::showpos, "+1234567.5"},
-            {Base::showpoint, "1234567.5000000000000"}};
-        for (const std::locale& oLocale :
-             {std::locale::classic(), std::locale(std::locale::classic(), new GermanNumbers)}) {
-            std::locale::global(oLocale);
-            const Object oDocument = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
-            QVERIFY(oDocument.Find("a")->element == Number(1234567.5));
-            QVERIFY(oDocument.Find("b")->element == Number(0));
+        std::locale::global(std::locale(std::locale::classic(), new GermanNumbers));
+        Object oDocument = readText(R"({"a":1234567.5,"b":1.0000000000e-330})");
+        QVERIFY(oDocument == readText(R"({"a":12345675e-1,"b":0})"));
+        oDocument["b"] = Number(std::numeric_limits<double>::infinity());
+        for (const auto& [nFlags, sWritten] : std::initializer_list<std::pair<Base::fmtflags, std::string>>{
+                 {Base::dec, "1234567.5"},
+                 {Base::fixed, "1234567.50000000000000000000"},
+                 {Base::scientific | Base::uppercase, "1.23456750000000000000E+06"},
+                 {Base::showpos, "+1234567.5"},
+                 {Base::showpoint, "1234567.5000000000000"}}) {
             std::ostringstream oText;
-            for (const auto& [nFlags, sExpected] : expected) {
-                oText.str("");
-                oText.flags(nFlags);
-                Writer::Write(oDocument, oText);
-                QCOMPARE(oText.str().substr(0, 8 + sExpected.size()), R"({"a" : )" + sExpected + ',');
-                QCOMPARE(oText.precision(), std::streamsize(20));
-            }
+            oText.flags(nFlags);
+            Writer::Write(oDocument, oText);
+            QVERIFY2(oText.str().find(R"({"a" : )" + sWritten + R"(,"b" : )") == 0, oText.str().c_str());
+            QCOMPARE(oText.precision(), std::streamsize(20));
         }
+        QVERIFY(writeText(oDocument).find(" : inf}") != std::string::npos);
     }
 
     void flushesOrLeavesTheErrorInTheStream()

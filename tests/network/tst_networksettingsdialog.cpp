@@ -22,6 +22,7 @@ public:
 
     bool setInterfaceDetails(const sNetworkInterfaceDetails& o) override
     {
+        m_bBusyShown = m_pBusyMark && m_pBusyMark->isVisible();
         m_oCalls.append(QStringList{"set", o.m_strName, o.m_strIPAddress, o.m_strSubnetMask,
                                     o.m_strStdGateway, o.m_strMacId, o.m_bISDHCP ? "DHCP" : "static"}
                             .join('|'));
@@ -29,6 +30,8 @@ public:
     }
 
     QStringList m_oCalls;
+    const QWidget* m_pBusyMark = nullptr;
+    bool m_bBusyShown = false; // while it was asked to set last
     bool m_bAccepts = true;
 };
 
@@ -77,6 +80,8 @@ private slots:
         Panel oPanel;
         NetworkSettingsDialog oDialog(listOf({"eth0", "eth1"}), "eth0", &oPanel);
         oDialog.show();
+        oPanel.m_pBusyMark = oDialog.findChild<QWidget*>("busyMark");
+        const auto* pApply = oDialog.findChild<QPushButton*>("applyButton");
         const QSignalSpy oApplied(&oDialog, SIGNAL(settingsApplied()));
         oDialog.findChild<QComboBox*>("interfaceList_comboBox")->setCurrentIndex(1);
         for (const char* szUseDHCP : {"Yes", "No", "Yes"}) {
@@ -95,10 +100,27 @@ private slots:
             oDialog.findChild<QPushButton*>("applyButton")->click();
             QCOMPARE(oPanel.m_oCalls, QStringList(strSent));
             QCOMPARE(oApplied.count(), bAccepts ? 1 : 0);
+            QVERIFY(oPanel.m_bBusyShown);
+            QTRY_VERIFY(!oPanel.m_pBusyMark->isVisible());
+            QCOMPARE(pApply->icon().isNull(), !bAccepts); // a tick
         }
         QVERIFY(oDialog.isVisible());
         oDialog.findChild<QPushButton*>("closeButton")->click();
         QVERIFY(!oDialog.isVisible());
+    }
+
+    // Without anyone to ask, or with a parent that cannot answer, it shows names only.
+    void needsNoPanel()
+    {
+        QWidget oOther;
+        for (QWidget* pParent : {static_cast<QWidget*>(nullptr), &oOther}) {
+            NetworkSettingsDialog oDialog(listOf({"eth0", "eth1"}), "eth1", pParent);
+            const QSignalSpy oApplied(&oDialog, SIGNAL(settingsApplied()));
+            oDialog.findChild<QPushButton*>("applyButton")->click();
+            QCOMPARE(oApplied.count(), 0);
+            QCOMPARE(oDialog.findChild<QComboBox*>("interfaceList_comboBox")->currentText(), QString("eth1"));
+            QCOMPARE(oDialog.findChild<QLineEdit*>("ipAddress_LineEdit")->text(), QString());
+        }
     }
 
 private:

@@ -80,8 +80,9 @@ private slots:
         g_strLog.clear();
         // The next test gets a new client. The memory of this one is kept: the connection and the proxies in
         // it last as long as the process, and the leak checker must find them.
-        m_oFormer.append(&platform());
-        m_oFormer.last()->~OVIKPlatform();
+        static auto& s_oFormer = *new QList<OVIKPlatform*>;
+        s_oFormer.append(&platform());
+        platform().~OVIKPlatform();
     }
 
     void findsService_data()
@@ -378,7 +379,6 @@ private:
     PrivateBus m_oSystemBus;
     PrivateBus m_oSessionBus;
     SimulatorProcess m_oSimulator;
-    QList<OVIKPlatform*> m_oFormer;
     QDBusMessage m_oKept;
 };
 

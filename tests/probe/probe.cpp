@@ -1,5 +1,7 @@
 #include <QAbstractEventDispatcher>
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QGenericPlugin>
 #include <QJsonArray>
@@ -68,6 +70,24 @@ QJsonArray toJson(const QRect& oRect)
     return {oRect.x(), oRect.y(), oRect.width(), oRect.height()};
 }
 
+// The texts of the entries that are on screen, with their rectangles.
+QJsonObject describeEntries(const QAbstractItemView& oView)
+{
+    QJsonObject oEntries;
+    const QAbstractItemModel* pModel = oView.isVisible() ? oView.model() : nullptr;
+    for (int nRow = 0; pModel && nRow < pModel->rowCount(); ++nRow) {
+        for (int nColumn = 0; nColumn < pModel->columnCount(); ++nColumn) {
+            const QModelIndex oIndex = pModel->index(nRow, nColumn);
+            const QRect oRect = oView.visualRect(oIndex) & oView.viewport()->rect();
+            if (!oRect.isEmpty()) {
+                const QPoint oOrigin = oView.viewport()->mapToGlobal(QPoint());
+                oEntries[oIndex.data().toString()] = toJson(oRect.translated(oOrigin));
+            }
+        }
+    }
+    return oEntries;
+}
+
 QJsonObject describe(QWidget* pWidget)
 {
     const QWidget* pWindow = pWidget->window();
@@ -87,6 +107,9 @@ QJsonObject describe(QWidget* pWidget)
     }
     if (const auto* pComboBox = qobject_cast<const QComboBox*>(pWidget)) {
         oJson["items"] = pComboBox->count();
+    }
+    if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
+        oJson["entries"] = describeEntries(*pView);
     }
     if (const auto* pLabel = qobject_cast<const QLabel*>(pWidget)) {
         oJson["plain"] = pLabel->textFormat() == Qt::PlainText;
@@ -111,12 +134,26 @@ QByteArray describeAll()
     return QJsonDocument(oAll).toJson(QJsonDocument::Compact) + '\n';
 }
 
+QByteArray grab(const QString& strName)
+{
+    const QWidgetList oWidgets = QApplication::allWidgets();
+    for (QWidget* pWidget : oWidgets) {
+        if (pWidget->objectName() == strName) {
+            QByteArray oBytes;
+            QBuffer oBuffer(&oBytes);
+            pWidget->grab().save(&oBuffer, "PNG");
+            return oBytes.toBase64() + '\n';
+        }
+    }
+    return "\n";
+}
+
 } // namespace
 
 /**
- * Answers each line on its local socket with one line of JSON: "count" with the number of live objects,
- * running timers and bytes of heap, any other with all widgets and the part of each painted since the last
- * answer.
+ * Answers each line on its local socket with one line: "count" with the number of live objects, running timers
+ * and bytes of heap, in JSON; "grab NAME" with a picture of that widget as it paints itself, PNG in Base64; any
+ * other with all widgets and the part of each painted since the last answer, in JSON.
  */
 class Probe : public QObject
 {
@@ -141,8 +178,12 @@ private slots:
     {
         auto* pSocket = static_cast<QLocalSocket*>(sender());
         while (pSocket->canReadLine()) {
-            const bool bCount = pSocket->readLine() == "count\n";
-            pSocket->write(bCount ? countAll() : describeAll());
+            const QByteArray oLine = pSocket->readLine().trimmed();
+            if (oLine.startsWith("grab ")) {
+                pSocket->write(grab(oLine.mid(5)));
+            } else {
+                pSocket->write(oLine == "count" ? countAll() : describeAll());
+            }
         }
     }
 

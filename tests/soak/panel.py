@@ -67,7 +67,7 @@ class Panel:
 
     def shown(self, names):
         """Returns the texts of the named labels, and those of the rows."""
-        labels = [widget for widget in self.finger.widgets() if widget["class"] == "QLabel"]
+        labels = [widget for widget in self.finger.widgets() if widget.get("class") == "QLabel"]
         fields = {label["name"]: label["text"] for label in labels if label["name"] in names}
         return fields, sorted(label["text"] for label in labels if not label["name"] and label["text"][:1] == "#")
 

@@ -23,7 +23,7 @@ FAULTS = {"absent": [""], "slow": ["150"], "errors": ["", "getInterfaceConfig", 
           "malformed-json": [
               "", "null", "{}", '"', '{"name":1}', '{"name":"eth0","dhcp":1e999}', "[" * 50000, '{"name":"\\ud800"}',
               '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€"]}
-# What is weighed at rest, and how much more there may be at the end: KiB than in the middle, all else than at the start.
+# What is weighed at rest, and by how much it may grow: memory from the middle to the end, all else from the start.
 HELD = {"QObjects": 0, "timers": 0, "widgets": 0, "windows": 0, "descriptors": 0, "threads": 0, "children": 0,
         "heap KiB": 64, "resident KiB": 4096}
 
@@ -136,13 +136,13 @@ class Soak:
         """The operator sets zone, server and date."""
         self.finger.tap("systemTimeForm_Label")
         self.finger.find("ntpStatus_Label", "Last sync:64 secs ago")
-        zone = self.dice.choice([name for name in ("Asia/Tokyo", "Europe/Rome", "America/Lima") if name != self.zone()])
-        self.finger.type("timezone_ComboBox", zone)
         if not self.finger.find("autoUpdate_CheckBox")["checked"]:
             x, y, width, height = self.finger.find("currentDate_DateEdit")["rect"]
             self.finger.pointer("mousemove", str(x + width - 10), str(y + height // 2), "click", "1")
             self.finger.find("qt_calendar_calendarview")
             self.finger.key("Up", "Return")
+        zone = self.dice.choice([name for name in ("Asia/Tokyo", "Europe/Rome", "America/Lima") if name != self.zone()])
+        self.finger.type("timezone_ComboBox", zone)
         if self.chance():
             self.finger.tap("autoUpdate_CheckBox")
         self.finger.tap("applyButton")
@@ -166,6 +166,7 @@ class Soak:
             self.finger.pointer("mousemove", str(x), str(y), "click", "1")
             if self.chance(0.2):
                 self.finger.drag(x, y, self.dice.randrange(480))
+        self.clock()  # gives the last tap time to open something
         self.close_all()
 
     def wink(self):
@@ -178,7 +179,8 @@ class Soak:
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
-        self.panel.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, lambda: "the clock stands still")
+        self.panel.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before,
+                        lambda: "the clock stands still")
 
     def close_all(self):
         self.panel.send(b"w0")
@@ -246,8 +248,8 @@ class Soak:
 def enter(program):
     """Runs this file again, in the sandbox and on a simulated device."""
     os.execv(TOOLS + "/sandbox.sh", [
-        "sandbox.sh", "--keep", os.path.dirname(os.path.dirname(program)), "--", TOOLS + "/device.sh", "--screen", "800x480",
-        "--", os.path.realpath(__file__), "--inside", *sys.argv[1:]])
+        "sandbox.sh", "--keep", os.path.dirname(os.path.dirname(program)), "--",
+        TOOLS + "/device.sh", "--screen", "800x480", "--", os.path.realpath(__file__), "--inside", *sys.argv[1:]])
 
 
 def main():
@@ -256,7 +258,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="what happens, and in which order; 1")
     parser.add_argument("--valgrind", action="store_true", help="runs the panel in valgrind, in its own time")
     parser.add_argument("--inside", action="store_true", help=argparse.SUPPRESS)
-    parser.add_argument("program", type=os.path.realpath, help="a panel in its build folder, such as build/dev/src/tarnixUI")
+    parser.add_argument("program", type=os.path.realpath, help="a panel in its build folder")
     options = parser.parse_args()
     if not options.inside:
         enter(options.program)

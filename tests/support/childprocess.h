@@ -2,7 +2,7 @@
 
 #include <QProcess>
 
-/** A program that is run beside the test, read line by line (both outputs), and killed with the test. */
+/** A program that runs beside the test and is killed with it; both outputs are read line by line. */
 class ChildProcess : public QProcess
 {
     Q_OBJECT
@@ -12,13 +12,13 @@ public:
     /** Kills the program. */
     ~ChildProcess() override;
 
-    /** Starts a program and returns its first line; a null text as nextLine(), or when it does not start. */
+    /** Starts a program and returns its first line; null when it does not start, else as nextLine(). */
     QString startAndReadLine(const QString& strProgram, const QStringList& oArguments);
 
-    /** Returns the next line without its line feed; a null text when the program ended or a minute passed. */
+    /** Returns the next line without its line feed; null when the program ended or a minute passed. */
     QString nextLine();
 
-    /** Closes its input, waits up to 30 s; true when it ended by itself with exit code 0, without a leak. */
+    /** Closes its input and waits up to 30 s; returns whether it ended by itself with exit code 0. */
     bool endsWell();
 
 protected:

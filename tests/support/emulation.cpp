@@ -1,6 +1,5 @@
-// Loaded into every program that runs in the emulator. The emulator cannot clone a process with a process
-// descriptor, and QProcess, which asks waitid(2) for that ability, is misled by the host's kernel: say what a
-// kernel without it says.
+// Loaded into every program that runs in the emulator. QProcess asks waitid(2) whether the kernel has process
+// descriptors. The host's kernel has them, but the emulator cannot clone a process with one: reply no.
 #include <array>
 #include <cerrno>
 #include <cstdarg>
@@ -11,7 +10,7 @@
 
 namespace {
 
-// Programs of the host, which the emulated one starts, could not load this.
+// Programs of the host that the emulated one starts could not load this.
 __attribute__((constructor)) void leaveNoTrace()
 {
     unsetenv("LD_PRELOAD");

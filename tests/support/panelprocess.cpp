@@ -92,16 +92,26 @@ bool PanelProcess::waitForLog(const QByteArray& oText) const
     return QTest::qWaitFor([&] { return log().contains(oText); }, s_nPatience);
 }
 
-QList<sWidget> PanelProcess::widgets()
+QByteArray PanelProcess::ask(const QByteArray& oLine)
 {
     if (m_oProbe.state() != QLocalSocket::ConnectedState) {
         m_oProbe.connectToServer(m_strSocket);
     }
-    m_oProbe.write("\n");
+    m_oProbe.write(oLine + '\n');
     while (!m_oProbe.canReadLine() && m_oProbe.waitForReadyRead(s_nPatience)) {
     }
+    return m_oProbe.readLine();
+}
+
+QImage PanelProcess::picture(const QString& strName)
+{
+    return QImage::fromData(QByteArray::fromBase64(ask("grab " + strName.toUtf8())));
+}
+
+QList<sWidget> PanelProcess::widgets()
+{
     QList<sWidget> oWidgets;
-    const QJsonArray oAll = QJsonDocument::fromJson(m_oProbe.readLine()).array();
+    const QJsonArray oAll = QJsonDocument::fromJson(ask({})).array();
     for (const QJsonValue oValue : oAll) {
         oWidgets.append({oValue.toObject()});
     }

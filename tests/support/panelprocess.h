@@ -2,6 +2,7 @@
 
 #include "support/childprocess.h"
 
+#include <QImage>
 #include <QJsonObject>
 #include <QLocalSocket>
 #include <QRect>
@@ -24,7 +25,7 @@ private:
     QString m_strName;
 };
 
-/** One widget of the running panel, as the probe in it tells. */
+/** One widget of the running panel, as its probe reports it. */
 struct sWidget : QJsonObject
 {
     QString name() const { return value("name").toString(); }
@@ -65,12 +66,16 @@ public:
     sWidget widget(const QString& strName);
     /** Waits up to 10 s for the named widget to be on screen, or to be gone; returns whether it is so. */
     bool waitForVisible(const QString& strName, bool bVisible = true);
+    /** Returns what the named widget paints, transparent where it paints nothing; null if there is none. */
+    QImage picture(const QString& strName);
     /** Returns the texts of the visible labels that have no name: extra applications, interfaces. */
     QStringList namelessTexts();
     /** Waits up to 10 s for the named label or field to show the text; returns what it shows at last. */
     QString waitForText(const QString& strName, const QString& strText);
 
 private:
+    QByteArray ask(const QByteArray& oLine);
+
     ChildProcess m_oProcess;
     QLocalSocket m_oProbe;
     QString m_strSocket;

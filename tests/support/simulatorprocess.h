@@ -6,17 +6,17 @@
 
 #include <memory>
 
-/** The simulated platform service as a program on a private bus, and its steering. One at a time. */
+/** The simulated platform service as a child process on a private bus, and its steering. One at a time. */
 class SimulatorProcess : public ChildProcess
 {
 public:
-    /** Starts it, in place of the one before, with arguments of its own; false when it does not come up. */
+    /** Starts it with further arguments, in place of the one before; returns false when it does not start. */
     bool start(const PrivateBus& oBus, const QStringList& oArguments = {});
 
-    /** Replaces the network configuration; returns false if the text is none. */
+    /** Replaces the network configuration; returns false when the text is none. */
     bool setDocument(const QString& strJSON);
 
-    /** Returns the calls received, each as its path, member and arguments. */
+    /** Returns the calls received, each as path, member and arguments. */
     QStringList calls();
 
     /** Steers it, see docs/platform-service.md; valid after start(). */

@@ -1,0 +1,143 @@
+#include "keypadwindow.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+
+namespace {
+
+constexpr int s_nGap = 2;
+constexpr int s_nFirstRepeatMilliseconds = 500;
+constexpr int s_nRepeatMilliseconds = 100;
+constexpr QRgb s_nGround = 0xff1b2f3c;
+constexpr QRgb s_nPressed = 0xff0b7f86;
+
+} // namespace
+
+// X window managers leave a tooltip alone, Wayland compositors keep it above its transient parent, and no
+// platform gives it the keyboard.
+KeypadWindow::KeypadWindow()
+{
+    setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+}
+
+void KeypadWindow::open(QWindow* pParent, bool bNumbers)
+{
+    setTransientParent(pParent);
+    m_bShift = false;
+    setPage(bNumbers ? eKeyPage_Numbers : eKeyPage_Letters);
+    show();
+    raise();
+}
+
+void KeypadWindow::setPage(eKeyPage ePage)
+{
+    const QRect oScreen = screen()->geometry();
+    const QStringList oRows = keyRows(ePage, oScreen.size());
+    const int nHeight = keyHeight(oRows.size(), oScreen.size());
+    m_ePage = ePage;
+    m_oKeys.clear();
+    press(-1);
+    for (int nRow = 0; nRow < oRows.size(); ++nRow) {
+        const int nKeys = oRows[nRow].size();
+        for (int i = 0; i < nKeys; ++i) {
+            const int nLeft = oScreen.width() * i / nKeys;
+            const int nRight = oScreen.width() * (i + 1) / nKeys;
+            m_oKeys.append({oRows[nRow][i], QRect(nLeft, nRow * nHeight, nRight - nLeft, nHeight)});
+        }
+    }
+    const int nTop = oScreen.height() - oRows.size() * nHeight;
+    setGeometry(oScreen.adjusted(0, nTop, 0, 0));
+    update();
+}
+
+void KeypadWindow::paintEvent(QPaintEvent* pEvent)
+{
+    Q_UNUSED(pEvent)
+    QPainter oPainter(this);
+    oPainter.fillRect(QRect(QPoint(), size()), QColor(s_nGround));
+    QFont oFont = oPainter.font();
+    for (int i = 0; i < m_oKeys.size(); ++i) {
+        const QRect oRect = m_oKeys[i].oRect.adjusted(s_nGap, s_nGap, -s_nGap, -s_nGap);
+        const bool bDark = i == m_nPressed || (m_bShift && m_oKeys[i].oKey == key::s_cShift);
+        const QString strLabel = labelOf(m_oKeys[i]);
+        oFont.setPixelSize(oRect.height() / (strLabel.size() > 1 ? 3 : 2));
+        oPainter.setFont(oFont);
+        oPainter.fillRect(oRect, bDark ? QColor(s_nPressed) : QColor(Qt::white));
+        oPainter.setPen(bDark ? Qt::white : Qt::black);
+        oPainter.drawText(oRect, Qt::AlignCenter, strLabel);
+    }
+}
+
+void KeypadWindow::mousePressEvent(QMouseEvent* pEvent)
+{
+    press(keyAt(pEvent->pos()));
+    if (m_nPressed >= 0 && m_oKeys[m_nPressed].oKey == key::s_cDelete) {
+        m_oRepeat.start(s_nFirstRepeatMilliseconds, this);
+    }
+}
+
+void KeypadWindow::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    if (keyAt(pEvent->pos()) != m_nPressed) {
+        press(-1);
+    }
+}
+
+void KeypadWindow::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    const int nKey = keyAt(pEvent->pos()) == m_nPressed ? m_nPressed : -1;
+    press(-1);
+    if (nKey >= 0) {
+        tap(m_oKeys[nKey].oKey);
+    }
+}
+
+void KeypadWindow::timerEvent(QTimerEvent* pEvent)
+{
+    if (pEvent->timerId() == m_oRepeat.timerId()) {
+        m_oRepeat.start(s_nRepeatMilliseconds, this);
+        emit tapped(key::s_cDelete);
+    }
+}
+
+void KeypadWindow::press(int nKey)
+{
+    m_oRepeat.stop();
+    m_nPressed = nKey;
+    update();
+}
+
+void KeypadWindow::tap(QChar oKey)
+{
+    switch (oKey.toLatin1()) {
+    case key::s_cShift:
+        m_bShift = !m_bShift;
+        break;
+    case key::s_cMore:
+        setPage(m_ePage == eKeyPage_Letters ? eKeyPage_MoreLetters : eKeyPage_Letters);
+        break;
+    case key::s_cSigns:
+        setPage(m_ePage == eKeyPage_Signs ? eKeyPage_Letters : eKeyPage_Signs);
+        break;
+    default:
+        emit tapped(m_bShift ? oKey.toUpper() : oKey);
+        m_bShift = false;
+    }
+}
+
+int KeypadWindow::keyAt(const QPoint& oPosition) const
+{
+    for (int i = 0; i < m_oKeys.size(); ++i) {
+        if (m_oKeys[i].oRect.contains(oPosition)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+QString KeypadWindow::labelOf(const sKey& oKey) const
+{
+    const QString strLabel = keyLabel(oKey.oKey, m_ePage);
+    return m_bShift && strLabel.size() == 1 ? strLabel.toUpper() : strLabel;
+}

@@ -1,0 +1,51 @@
+#include "datetime/platformtools.h"
+
+#include "datetime/timezones.h"
+#include "datetime/toolprocess.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+constexpr char s_szTimeZoneGenerator[] = "/usr/bin/kadconfig-gen-timezones.sh";
+constexpr char s_szTimeZoneFile[] = "/etc/timezone";
+constexpr char s_szLocalTime[] = "/etc/localtime";
+constexpr int s_nMaxTimeZones = 256 * 1024; // far more than any device has
+
+QString scriptText(const char* szResource)
+{
+    QFile oFile(szResource);
+    return oFile.open(QIODevice::ReadOnly | QIODevice::Text) ? QString(oFile.readAll()) : QString();
+}
+
+} // namespace
+
+void platformtools::start(ToolProcess& oTool, eProcessType eType, const QString& strZone)
+{
+    switch (eType) {
+    case eProcessType_GetTimeZoneList:
+        oTool.setMaxOutput(s_nMaxTimeZones);
+        oTool.start(s_szTimeZoneGenerator, QStringList());
+        break;
+    case eProcessType_GetCurrentTimeZone:
+        oTool.start(QStringLiteral("cat"), {s_szTimeZoneFile});
+        break;
+    case eProcessType_SetCurrentTimeZone:
+        // An earlier name that led to a folder: the script would put its link into that.
+        if (QFileInfo(s_szLocalTime).isDir()) {
+            QFile::remove(s_szLocalTime);
+        }
+        // Kept, see docs/compatibility.md
+        oTool.startScript(timezones::script(scriptText(":/setTimeZone.sh"), strZone));
+        break;
+    case eProcessType_GetNTPDateTimeStatus:
+        oTool.startScript(scriptText(":/getNTPStatus.sh"));
+        break;
+    case eProcessType_SetNTPSettings:
+        oTool.startScript(scriptText(":/setNTPSettings.sh"));
+        break;
+    case eProcessType_SetCurrentDateTime:
+        break;
+    }
+}

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "json/elements.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
+
+/** Moves fields of the network configuration between records and JSON. */
+namespace OVIK {
+
+/** The warnings about a text that cannot be read. */
+struct sReadWarnings
+{
+    const char* szEmpty;
+    const char* szParseError;
+    const char* szScanError;
+    const char* szUnknownError;
+};
+
+/** Reads the text, as Latin-1, into the object. Returns false when it is empty or no JSON object, after one
+ * of the warnings, with the reader's message where there is one. */
+bool readText(const QString& text, const sReadWarnings& warnings, json::Object& object);
+
+/** Reads the text as readText() does and then the record; the result is that of readText(). */
+template<class RecordType>
+bool readRecord(const QString& text, const sReadWarnings& warnings, RecordType& record)
+{
+    json::Object object;
+    if (!readText(text, warnings, object)) {
+        return false;
+    }
+    record.fromJSONObject(object); // Kept, see docs/compatibility.md
+    return true;
+}
+
+/** Writes the object as text. */
+QString writeText(const json::Object& object);
+
+/** Returns the element as an object, an empty one when it is something else. */
+const json::Object& toObject(const json::UnknownElement& element);
+
+/** Reads a string; throws json::Exception when it is something else. */
+QString toString(const json::UnknownElement& element);
+
+/**
+ * Read the member of that name, and leave the field as it is when there is none; throw json::Exception when
+ * the member is of another kind. Numbers are truncated towards zero; what does not fit becomes the nearest
+ * int, NaN becomes 0. Arrays of strings are appended to the list.
+ */
+void readMember(const json::Object& object, const char* key, QString& field);
+void readMember(const json::Object& object, const char* key, int& field);
+void readMember(const json::Object& object, const char* key, bool& field);
+void readMember(const json::Object& object, const char* key, QStringList& field);
+
+/** Appends the string under entryKey of each object in an array, an empty one where there is none. */
+void readEntries(const json::Object& object, const char* key, const char* entryKey, QStringList& field);
+
+/** Returns the string as Latin-1. */
+json::String toJSONString(const QString& string);
+/** Returns an array of the strings. */
+json::Array toJSONArray(const QStringList& strings);
+/** Returns an array of objects that have the one key each. */
+json::Array toJSONArray(const QStringList& strings, const char* key);
+
+/** Add a member, unless the string is empty or the number 0. */
+void writeWhenSet(json::Object& object, const char* key, const QString& field);
+void writeWhenSet(json::Object& object, const char* key, int field);
+
+/** Copies owned records, null ones left out. When memory runs out the target, empty before, owns what was
+ * copied. */
+template<class RecordType>
+void copyRecords(const QMap<QString, RecordType*>& from, QMap<QString, RecordType*>& to)
+{
+    for (auto record = from.begin(); record != from.end(); ++record) {
+        if (record.value()) {
+            RecordType*& copy = to[record.key()];
+            copy = new RecordType(*record.value());
+        }
+    }
+}
+
+/** Compares owned records by key and content, null ones left out. */
+template<class RecordType>
+bool equalRecords(QMap<QString, RecordType*> left, QMap<QString, RecordType*> right)
+{
+    for (auto* records : {&left, &right}) {
+        for (const QString& name : records->keys(nullptr)) {
+            records->remove(name);
+        }
+    }
+    return left.keys() == right.keys() &&
+           std::equal(left.begin(), left.end(), right.begin(),
+                      [](const RecordType* first, const RecordType* second) { return *first == *second; });
+}
+
+} // namespace OVIK

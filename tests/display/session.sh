@@ -1,0 +1,66 @@
+#!/bin/bash
+# Runs what stands between the panel and an X display: nothing, a window manager, a compositor in a window, or a viewer
+# of the frame buffer that Qt keeps for VNC. Writes the line "ready" when it is there.
+#
+#   session.sh x11|openbox|matchbox|weston-desktop|weston-kiosk|cage|vnc WIDTH HEIGHT
+set -euo pipefail
+width=$2
+height=$3
+socket=$XDG_RUNTIME_DIR/wayland-0
+rm -f "$socket"*
+
+fnAwait() { # COMMAND...: until it succeeds
+    until "$@"; do sleep 0.1; done
+}
+
+fnStart() { # COMMAND...: beside this script, and no longer than it
+    setpriv --pdeathsig KILL "$@" >/tmp/session.log 2>&1 &
+}
+
+fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x; }
+
+fnManager() { # COMMAND...
+    fnStart "$@"
+    fnAwait fnManages
+}
+
+fnWindow() { xwininfo -root -children | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
+
+fnShowsWindow() { [[ -n $(fnWindow) ]]; }
+
+fnFocus() { # gives the compositor's window the whole screen and the keyboard, as a window manager would
+    local window
+    fnAwait fnShowsWindow
+    window=$(fnWindow)
+    xdotool windowmove "$window" 0 0 windowsize "$window" "$width" "$height" windowfocus "$window"
+}
+
+fnWeston() { # SHELL
+    printf '[core]\nidle-time=0\nuse-pixman=true\nrenderer=pixman\n[shell]\npanel-position=none\nlocking=false\n' \
+        >/tmp/weston.ini
+    fnStart weston --backend=x11-backend.so --shell="$1" --config=/tmp/weston.ini --width="$width" --height="$height" \
+        --socket=wayland-0
+    fnAwait test -S "$socket"
+    fnFocus
+    sleep 1 # its desktop comes a little later
+}
+
+case $1 in
+x11) ;;
+openbox) fnManager openbox --sm-disable ;;
+matchbox) fnManager matchbox-window-manager -use_titlebar no ;;
+weston-desktop) fnWeston desktop-shell.so ;;
+weston-kiosk) fnWeston kiosk-shell.so ;;
+cage)
+    export WLR_BACKENDS=x11 WLR_RENDERER=pixman
+    fnStart unshare --user --map-user=1000 cage -- sleep infinity # never runs as root
+    fnAwait test -S "$socket"
+    fnFocus
+    ;;
+vnc)
+    fnStart xtigervncviewer -FullScreen=1 -MenuKey= localhost:5900
+    fnAwait fnShowsWindow
+    ;;
+esac
+echo ready
+wait

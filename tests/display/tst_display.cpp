@@ -1,0 +1,168 @@
+#include "support/panelprocess.h"
+#include "support/privatebus.h"
+#include "support/simulatorprocess.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+namespace {
+
+constexpr QSize s_oScreen(1024, 768);
+constexpr QRect s_oPointerRest(1000, 740, 24, 28);
+
+// Some compositors draw the mouse pointer.
+QImage withoutPointer(QImage oScreen)
+{
+    QPainter(&oScreen).fillRect(s_oPointerRest, Qt::black);
+    return oScreen;
+}
+
+} // namespace
+
+/** The real panel on the displays of devices: compares the screen with what the
+ * panel's windows paint. */
+class TestDisplay : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QCOMPARE(QProcess::execute("ip", {"link", "add", "eth0", "type", "veth", "peer", "name", "eth1"}), 0);
+        QVERIFY(m_oBus.start() && m_oService.start(m_oBus));
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_oBus.address().toUtf8());
+        QCOMPARE(QProcess::execute(DEVICE_TOOLS, {}), 0);
+    }
+
+    void showsOverlayAboveDialogAbovePanel_data()
+    {
+        QTest::addColumn<QString>("platform");
+        QTest::newRow("x11") << "xcb";
+        QTest::newRow("openbox") << "xcb";
+        QTest::newRow("matchbox") << "xcb";
+        QTest::newRow("weston-desktop") << "wayland";
+        QTest::newRow("weston-kiosk") << "wayland";
+        QTest::newRow("cage") << "wayland";
+        QTest::newRow("vnc") << "vnc:size=1024x768"; // has the windows of linuxfb
+    }
+
+    void showsOverlayAboveDialogAbovePanel()
+    {
+        QFETCH(QString, platform);
+        const Display oDisplay(s_oScreen);
+        m_pDisplay = &oDisplay;
+        qputenv("DISPLAY", oDisplay.name().toUtf8());
+        qputenv("PLATFORM", platform.toUtf8());
+        PanelProcess oPanel(oDisplay.name(), "export QT_QPA_PLATFORM=$PLATFORM WAYLAND_DISPLAY=wayland-0\n"
+                                             "exec " PANEL_PROGRAM);
+        m_pPanel = &oPanel;
+        ChildProcess oSession;
+        const bool bViewer = platform.startsWith("vnc"); // connects to the panel
+        QVERIFY(bViewer || startSession(oSession));
+        QVERIFY(oPanel.start());
+        QVERIFY(!bViewer || startSession(oSession));
+        QVERIFY(isSeen("MorvaWidget"));
+
+        oPanel.send("w1\n");
+        QVERIFY(isSeen("winkHorWidget"));
+        const QRect oOverlay = oPanel.widget("winkHorWidget").rect();
+        QCOMPARE(oOverlay.center(), QRect(QPoint(), s_oScreen).center());
+
+        tap("192.168.0.20");
+        QVERIFY(isAboveButBelowOverlay("NetworkSettingsDialog"));
+        oPanel.send("w1\n");
+        QVERIFY(isSeen("winkHorWidget"));
+        tap("ipAddress_LineEdit"); // fingers and keys reach what is below the
+                                   // overlay
+        QVERIFY(oOverlay.contains(centre("ipAddress_LineEdit")));
+        QVERIFY(oDisplay.pointer("key ctrl+a type 10.0.0.77"));
+        QCOMPARE(oPanel.waitForText("ipAddress_LineEdit", "10.0.0.77"), QString("10.0.0.77"));
+        tap("closeButton");
+        QVERIFY(oPanel.waitForVisible("NetworkSettingsDialog", false));
+        QVERIFY(isSeen("winkHorWidget"));
+
+        tap("systemTimeForm_Label");
+        QVERIFY(isAboveButBelowOverlay("DateTimeDialog"));
+        const QRect oZones = oPanel.widget("timezone_ComboBox").rect();
+        oDisplay.tap(oZones.center() + QPoint(oZones.width() / 2 - 20, 0)); // opens a list
+        QVERIFY(QTest::qWaitFor([&] { return !isPainted("DateTimeDialog"); }));
+        oPanel.send("w1\n");
+        QVERIFY(isSeen("winkHorWidget"));
+        oDisplay.tap({300, 60}); // beside the list, which closes
+        QVERIFY(isSeen("winkHorWidget"));
+        oPanel.send("w0\n");
+        QVERIFY(isSeen("DateTimeDialog"));
+        tap("closeButton");
+        QVERIFY(isSeen("MorvaWidget"));
+        QCOMPARE(oPanel.quit(), 0);
+    }
+
+private:
+    static bool startSession(ChildProcess& oSession)
+    {
+        const QStringList oArguments = {QTest::currentDataTag(), QString::number(s_oScreen.width()),
+                                        QString::number(s_oScreen.height())};
+        return oSession.startAndReadLine(SESSION, oArguments) == "ready";
+    }
+
+    bool isSeen(const QString& strName)
+    {
+        m_pDisplay->pointer("mousemove 1010 750");
+        const bool bSeen = QTest::qWaitFor([&] { return isPainted(strName); }, 10000);
+        if (!bSeen) {
+            screen().save(QString("%1.png").arg(QTest::currentDataTag())); // in the build folder, to look at
+        }
+        return bSeen;
+    }
+
+    // The screen does not change when the widget is painted on it once more.
+    bool isPainted(const QString& strName)
+    {
+        const QImage oScreen = withoutPointer(screen());
+        QImage oPainted = oScreen;
+        const QImage oPicture = m_pPanel->picture(strName);
+        QPainter(&oPainted).drawImage(m_pPanel->widget(strName).rect().topLeft(), oPicture);
+        return !oPicture.isNull() && withoutPointer(oPainted) == oScreen;
+    }
+
+    QImage screen() const
+    {
+        QProcess oImport;
+        oImport.start("import", {"-display", m_pDisplay->name(), "-window", "root", "-depth", "8", "ppm:-"});
+        oImport.waitForFinished();
+        return QImage::fromData(oImport.readAllStandardOutput(), "PPM").convertToFormat(QImage::Format_RGB32);
+    }
+
+    bool isAboveButBelowOverlay(const QString& strDialog)
+    {
+        if (!m_pPanel->waitForVisible(strDialog) || !isSeen("winkHorWidget")) {
+            return false;
+        }
+        m_pPanel->send("w0\n");
+        return isSeen(strDialog);
+    }
+
+    // Returns the middle of the widget that has the name or shows the text.
+    QPoint centre(const QString& strNameOrText)
+    {
+        const QList<sWidget> oWidgets = m_pPanel->widgets();
+        for (const sWidget& oWidget : oWidgets) {
+            const bool bWanted = oWidget.name() == strNameOrText || oWidget.text() == strNameOrText;
+            if (bWanted && oWidget["visible"].toBool()) {
+                return oWidget.rect().center();
+            }
+        }
+        return {};
+    }
+
+    void tap(const QString& strNameOrText) { m_pDisplay->tap(centre(strNameOrText)); }
+
+    const Display* m_pDisplay = nullptr;
+    PanelProcess* m_pPanel = nullptr;
+    PrivateBus m_oBus;
+    SimulatorProcess m_oService;
+};
+
+QTEST_GUILESS_MAIN(TestDisplay)
+#include "tst_display.moc"

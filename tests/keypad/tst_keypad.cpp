@@ -1,0 +1,146 @@
+#include "keylayout.h"
+#include "support/panelprocess.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QScreen>
+#include <QTest>
+#include <QVBoxLayout>
+
+namespace {
+
+// Returns where the keypad that is open has the key.
+QPoint placeOf(QChar oKey, eKeyPage ePage)
+{
+    const QRect oKeypad = QGuiApplication::inputMethod()->keyboardRectangle().toRect();
+    const QStringList oRows = keyRows(ePage, QGuiApplication::primaryScreen()->size());
+    for (int i = 0; i < oRows.size(); ++i) {
+        const int nKey = oRows[i].indexOf(oKey);
+        if (nKey >= 0) {
+            return oKeypad.topLeft() + QPoint(oKeypad.width() * (2 * nKey + 1) / (2 * oRows[i].size()),
+                                              oKeypad.height() * (2 * i + 1) / (2 * oRows.size()));
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+/** A finger types into the fields of a modal dialog through the keypad. */
+class TestKeypad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void hasKeysForAFinger()
+    {
+        for (const QSize oScreen : {QSize(240, 320), QSize(320, 240), QSize(480, 272), QSize(800, 480)}) {
+            QString strNames;
+            for (const auto ePage :
+                 {eKeyPage_Numbers, eKeyPage_Letters, eKeyPage_MoreLetters, eKeyPage_Signs}) {
+                const QStringList oRows = keyRows(ePage, oScreen);
+                QVERIFY(oRows.size() * keyHeight(oRows.size(), oScreen) <= oScreen.height() / 2);
+                for (const QString& strRow : oRows) {
+                    QVERIFY(oScreen.width() / strRow.size() >= 40);
+                }
+                strNames += ePage == eKeyPage_Numbers ? QString() : oRows.join("");
+            }
+            for (const QChar oKey : QString("abcdefghijklmnopqrstuvwxyz0123456789/_+-.")) {
+                QVERIFY2(strNames.contains(oKey), qPrintable(QString(oKey)));
+            }
+        }
+    }
+
+    void typesWhatTheFieldTakes()
+    {
+        QDialog oDialog;
+        oDialog.setModal(true);
+        auto* pLayout = new QVBoxLayout(&oDialog);
+        auto* pAddress = new QLineEdit("1.2.3.4");
+        pAddress->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
+        auto* pName = new QLineEdit;
+        auto* pCheckBox = new QCheckBox("No text");
+        for (QWidget* pWidget : {static_cast<QWidget*>(pCheckBox), static_cast<QWidget*>(pAddress),
+                                 static_cast<QWidget*>(pName)}) {
+            pLayout->addWidget(pWidget);
+        }
+        oDialog.move(0, 0);
+        oDialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&oDialog));
+        const QInputMethod* pInputMethod = QGuiApplication::inputMethod();
+
+        tap(pAddress);
+        QTRY_VERIFY(pInputMethod->isVisible());
+        QCOMPARE(pInputMethod->keyboardRectangle().toRect().bottomRight(),
+                 QGuiApplication::primaryScreen()->geometry().bottomRight());
+        hold(placeOf(key::s_cDelete, eKeyPage_Numbers));
+        QTRY_COMPARE(pAddress->text(), QString());
+        type(eKeyPage_Numbers, "10.0.0.77");
+        QTRY_COMPARE(pAddress->text(), QString("10.0.0.77"));
+        QVERIFY(pAddress->hasFocus());
+
+        tap(pName);
+        type(eKeyPage_Letters, "\ta");
+        type(eKeyPage_Letters, "b\f");
+        type(eKeyPage_Signs, "/7_+-\b");
+        QTRY_COMPARE(pName->text(), QString("Ab/7_+"));
+        type(eKeyPage_Signs, "\r");
+        QTRY_VERIFY(!pInputMethod->isVisible());
+        tap(pName);
+        QTRY_VERIFY(pInputMethod->isVisible());
+        tap(pCheckBox);
+        QTRY_VERIFY(!pInputMethod->isVisible());
+        tap(pName);
+        QTRY_VERIFY(pInputMethod->isVisible());
+        oDialog.hide();
+        QTRY_VERIFY(!pInputMethod->isVisible());
+    }
+
+private:
+    static void point(const QString& strCommand)
+    {
+        QProcess::execute("xdotool", strCommand.split(' '));
+        QTest::qWait(200); // the keypad comes after the finger has left the field
+    }
+
+    static void tap(const QPoint& oPoint)
+    {
+        point(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
+    }
+
+    static void tap(const QWidget* pWidget)
+    {
+        tap(pWidget->mapToGlobal(QPoint(pWidget->width() - 10, pWidget->height() / 2)));
+    }
+
+    static void hold(const QPoint& oPoint)
+    {
+        point(QString("mousemove %1 %2 mousedown 1").arg(oPoint.x()).arg(oPoint.y()));
+        QTest::qWait(2500);
+        point("mouseup 1");
+    }
+
+    static void type(eKeyPage ePage, const char* szKeys)
+    {
+        for (const QChar oKey : QString(szKeys)) {
+            tap(placeOf(oKey, ePage));
+        }
+    }
+};
+
+int main(int argc, char* argv[])
+{
+    const Display oDisplay({800, 480});
+    qputenv("DISPLAY", oDisplay.name().toLatin1());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv("QT_IM_MODULE", "tarnixui-keypad");
+    qputenv("QT_PLUGIN_PATH", KEYPAD_PATH);
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets); // as the panel draws
+    QApplication oApplication(argc, argv);
+    TestKeypad oTest;
+    return QTest::qExec(&oTest, argc, argv);
+}
+
+#include "tst_keypad.moc"
