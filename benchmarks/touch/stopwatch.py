@@ -17,6 +17,7 @@ class Program:
         self.count = count
         self.results = {}
         self.answers = 0
+        self.used = 0  # processor time before the measurement
         self.socket, theirs = socket.socketpair()
         self.socket.settimeout(PATIENCE)
         environment = dict(os.environ, QT_PLUGIN_PATH=f"{build}/benchmarks/touch/plugins",
@@ -34,12 +35,13 @@ class Program:
         return [int(number) for number in self.socket.recv(100).split()]
 
     def order(self, text):
+        self.used = self.processor_time()
         self.socket.sendall(text.encode())
         return self.answer()
 
     def keep(self, title, nanoseconds):
-        """Adds (milliseconds,) or (million instructions, allocations) of the last answer to the results."""
-        figures = [nanoseconds / 1e6]
+        """Adds (milliseconds, of processor time) or (million instructions, allocations) up to the last answer."""
+        figures = [nanoseconds / 1e6, self.processor_time() - self.used]
         if self.count:
             dump = Path(f"/tmp/callgrind.{self.process.pid}.{self.answers}").read_text()
             calls = re.findall(r"^cfn=(?:malloc|calloc|realloc|posix_memalign|aligned_alloc)\ncalls=(\d+)", dump, re.M)
@@ -52,6 +54,7 @@ class Program:
         self.settle()
 
     def write(self, lines):
+        self.used = self.processor_time()
         self.process.stdin.write("".join(f"{line}\n" for line in lines).encode())
         self.process.stdin.flush()
 
