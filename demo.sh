@@ -2,16 +2,27 @@
 # Builds the panel and shows it, driven by a simulated runtime. Nothing it does reaches the machine's own clock, /etc,
 # /usr or /tmp/tarnixUI.
 #
-#   demo.sh [--screen WIDTHxHEIGHT] [--keyboard] [--headless DIR]
+#   demo.sh [--display x11|wayland|framebuffer] [--screen WIDTHxHEIGHT] [--keyboard] [--headless DIR]
 #
+# --display   the panel as a client of X, of weston (in a window), or with a frame buffer of its own (through VNC); X if
+#             not given
 # --screen    size of the device's screen, 800x480 if not given; up to 480 wide the wink has its other layout
 # --keyboard  with an on-screen keyboard
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
 
 fnUsage() {
-    sed -n '2,9s/^# \?//p' "$0" >&2
+    sed -n '2,11s/^# \?//p' "$0" >&2
     exit 2
+}
+
+fnPlatform() { # DISPLAY: prints Qt's name for it
+    case $1 in
+    x11) echo xcb ;;
+    wayland) echo wayland ;;
+    framebuffer) echo vnc ;;
+    *) return 1 ;;
+    esac
 }
 
 fnWindow() { # opens the device's screen as a window of the user's display; fails if that cannot be
@@ -25,10 +36,15 @@ fnWindow() { # opens the device's screen as a window of the user's display; fail
 
 screen=800x480
 pictures=
-keyboard=()
+keyboard=
+platform=xcb
 while (($#)); do
     case $1 in
-    --keyboard) keyboard=(--keyboard) ;;
+    --keyboard) keyboard=1 ;;
+    --display)
+        platform=$(fnPlatform "${2:-}") || fnUsage
+        shift
+        ;;
     --screen | --headless)
         [[ -n ${2:-} ]] || fnUsage
         [[ $1 == --screen ]] && screen=$2 || pictures=$(realpath -m "$2")
@@ -42,9 +58,9 @@ done
 
 cd "$(dirname "$0")"
 tools/sandbox.sh --check
-packaging/install-build-packages.sh "${keyboard[@]}"
+packaging/install-build-packages.sh
 cmake --preset dev >/dev/null
-cmake --build --preset dev --target tarnixUI ovik-simulator probe
+cmake --build --preset dev --target tarnixUI ovik-simulator probe keypad
 
 work=$(mktemp -d)
 window=
@@ -58,8 +74,9 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     display=()
     DISPLAY=:$(<"$work/display")
 fi
-environment=(QT_QPA_PLATFORM=xcb)
-[[ -z ${keyboard[*]} ]] || environment+=(QT_IM_MODULE=qtvirtualkeyboard QT_QUICK_BACKEND=software)
+[[ $platform != vnc ]] || platform=vnc:size=$screen
+environment=(QT_QPA_PLATFORM="$platform")
+[[ -z $keyboard ]] || environment+=(QT_IM_MODULE=tarnixui-keypad)
 options=()
 [[ -z $pictures ]] || options=(--pictures "$work/pictures")
 

@@ -6,6 +6,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 cmake --preset benchmark >/dev/null
-cmake --build --preset benchmark --target tarnixUI bare-window firstpaint ovik-simulator
+cmake --build --preset benchmark --target tarnixUI bare-window bare-panel stopwatch ovik-simulator
 tools/sandbox.sh -- tools/device.sh --screen 800x480 --service build/benchmark -- \
     benchmarks/panel/run.py build/benchmark "$@"

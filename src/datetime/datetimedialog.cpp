@@ -9,7 +9,7 @@
 #include "touch/busymark.h"
 #include "touch/choicefinder.h"
 #include "touch/datetimesteps.h"
-#include "touch/touchcalendar.h"
+#include "touch/latecalendar.h"
 #include "ui_datetimedialog.h"
 
 #include <QDebug>
@@ -42,7 +42,7 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
     ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
     new ChoiceFinder(ui->timezone_ComboBox);
-    ui->currentDate_DateEdit->setCalendarWidget(new TouchCalendar(this));
+    new LateCalendar(ui->currentDate_DateEdit);
     auto* pSteps = new DateTimeSteps(ui->currentDate_DateEdit);
     ui->formLayout->insertRow(s_nStepsRow, static_cast<QWidget*>(nullptr), pSteps);
     runProcess(eProcessType_GetTimeZoneList);

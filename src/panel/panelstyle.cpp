@@ -16,8 +16,20 @@ constexpr char s_szScrollBarSheet[] =
     " margin: 4px; min-width: 48px; min-height: 48px; }"
     "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
 
+bool hasTextColor(const QWidget* pWidget, const QColor& oColor)
+{
+    const QPalette& oPalette = pWidget->palette();
+    return oPalette.color(QPalette::Active, QPalette::WindowText) == oColor &&
+           oPalette.color(QPalette::Inactive, QPalette::WindowText) == oColor &&
+           oPalette.color(QPalette::Disabled, QPalette::WindowText) == oColor;
+}
+
 void setTextColor(QWidget* pWidget, const QColor& oColor)
 {
+    if (hasTextColor(pWidget,
+                     oColor)) { // a palette for each label would take a fifth of the time that rows take
+        return;
+    }
     QPalette oPalette = pWidget->palette();
     oPalette.setColor(QPalette::WindowText, oColor);
     pWidget->setPalette(oPalette);
@@ -56,6 +68,7 @@ void stylePanel(QWidget* pPanel, const PanelInfo& oPanelInfo)
     setFont(pPanel, oPanelInfo.systemSettingFontSize, QFont::Normal);
     QPalette oPalette = pPanel->palette();
     oPalette.setColor(QPalette::Window, Qt::white);
+    oPalette.setColor(QPalette::WindowText, oPanelInfo.mainTextColor);
     pPanel->setPalette(oPalette);
     pPanel->setAutoFillBackground(true);
 }

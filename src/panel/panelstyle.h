@@ -12,8 +12,9 @@ enum eLabelType {
 };
 
 /**
- * Gives the panel a white background and the font of its banner, which its labels inherit. To be called
- * before the form is built: the form measures its labels and would load another font in vain.
+ * Gives the panel a white background, and the colour of its texts and the font of its banner, which its
+ * labels inherit. To be called before the form is built: the form measures its labels and would load another
+ * font in vain.
  */
 void stylePanel(QWidget* pPanel, const PanelInfo& oPanelInfo);
 

@@ -180,10 +180,9 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
     if (nCount < 1) {
         return;
     }
-    // Kept, see docs/compatibility.md
-    const int nRows = qMin(nCount, s_nMaxApplications) - 1;
-    QLayout* pLayout = ui->scrollAreaWidgetContents->layout();
-    pLayout->setEnabled(false); // else it would lay out all rows again for each one that appears
+    const int nRows = qMin(nCount, s_nMaxApplications) - 1; // Kept, see docs/compatibility.md
+    // Else Qt would lay out all rows again, and look for the one under the finger, for each one that appears.
+    ui->scrollAreaWidgetContents->hide();
     for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
         setRowVisible(*it, false);
     }
@@ -193,7 +192,7 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
         }
         setRowVisible(m_oAppStatusUIMap.value(nKey), true);
     }
-    pLayout->setEnabled(true);
+    ui->scrollAreaWidgetContents->show();
 }
 
 sAppStatusUIDetails TarnixUI::createAppRow()
@@ -203,7 +202,9 @@ sAppStatusUIDetails TarnixUI::createAppRow()
     oRow.m_pAppNameLabel = createAppLabel(m_pPanelInfo->szLbl_AppName, eType_Label);
     oRow.m_pStatFormLabel = createAppLabel(QString(), eType_Form);
     oRow.m_pAppFormLabel = createAppLabel(QString(), eType_Form);
-    fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, *m_pPanelInfo);
+    if (ui->appname_Label->wordWrap()) { // has been measured, and has the same text
+        fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, *m_pPanelInfo);
+    }
     return oRow;
 }
 

@@ -23,8 +23,8 @@ ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     m_oFound.setSourceModel(pComboBox->model());
     m_oFound.setFilterCaseSensitivity(Qt::CaseInsensitive);
     m_pList->setObjectName(QStringLiteral("choices"));
-    m_pList->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
-                            Qt::X11BypassWindowManagerHint);
+    // The only kind of window that leaves the keyboard to the field on every platform.
+    m_pList->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     m_pList->setFocusPolicy(Qt::NoFocus);
     m_pList->setAttribute(Qt::WA_ShowWithoutActivating);
     m_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -44,8 +44,11 @@ void ChoiceFinder::find(const QString& strTyped)
     m_oFound.setFilterFixedString(strTyped);
     m_pList->setCurrentIndex({});
     m_pList->scrollToTop();
-    m_pList->setVisible(!strTyped.isEmpty() && m_oFound.rowCount() > 0);
-    place();
+    if (strTyped.isEmpty() || m_oFound.rowCount() == 0) {
+        m_pList->hide();
+    } else {
+        show();
+    }
 }
 
 void ChoiceFinder::choose(const QModelIndex& oIndex)
@@ -73,16 +76,26 @@ QRect ChoiceFinder::freeRect() const
 
 void ChoiceFinder::place()
 {
-    if (!m_pList->isVisible()) {
-        return;
+    if (m_pList->isVisible()) {
+        show();
     }
+}
+
+void ChoiceFinder::show()
+{
+    m_pList->ensurePolished();
     const QRect oFree = freeRect();
     const int nRows = qMin(m_oFound.rowCount(), s_nMaxRows);
     const int nWanted = nRows * m_pList->sizeHintForRow(0) + 2 * m_pList->frameWidth();
     const int nHeight = qMin(nWanted, oFree.height());
     const int nField = m_pComboBox->mapToGlobal({0, 0}).y();
-    m_pList->setGeometry(oFree.left(), oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top(),
-                         oFree.width(), nHeight);
+    const int nTop = oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top();
+    const QRect oRect(oFree.left(), nTop, oFree.width(), nHeight);
+    if (!m_pList->isVisible() || m_pList->geometry() != oRect) {
+        m_pList->hide(); // Wayland moves no window that is shown
+        m_pList->setGeometry(oRect);
+        m_pList->show();
+    }
 }
 
 bool ChoiceFinder::eventFilter(QObject* pWatched, QEvent* pEvent)

@@ -31,6 +31,7 @@ private slots:
     void place();
 
 private:
+    void show();
     QRect freeRect() const;
 
     QComboBox* m_pComboBox;

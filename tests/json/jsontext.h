@@ -4,13 +4,12 @@
 #include "json/writer.h"
 
 #include <sstream>
-#include <string>
 
 // Reads a document from text.
-inline json::Object readText(const std::string& sText)
+inline json::Object readText(std::string_view sText)
 {
     json::Object oDocument;
-    json::Reader::Read(oDocument, std::string_view(sText));
+    json::Reader::Read(oDocument, sText);
     return oDocument;
 }
 

@@ -1,13 +1,5 @@
 #include "support/childprocess.h"
 
-#include <csignal>
-#include <sys/prctl.h>
-
-ChildProcess::ChildProcess()
-{
-    setProcessChannelMode(MergedChannels);
-}
-
 ChildProcess::~ChildProcess()
 {
     kill();
@@ -17,7 +9,7 @@ ChildProcess::~ChildProcess()
 QString ChildProcess::startAndReadLine(const QString& strProgram, const QStringList& oArguments)
 {
     start(strProgram, oArguments);
-    return waitForStarted() ? nextLine() : QString();
+    return nextLine();
 }
 
 QString ChildProcess::nextLine()
@@ -35,9 +27,4 @@ bool ChildProcess::endsWell()
     closeWriteChannel();
     waitForFinished();
     return state() == NotRunning && exitStatus() == NormalExit && exitCode() == 0;
-}
-
-void ChildProcess::setupChildProcess()
-{
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
 }

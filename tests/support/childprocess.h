@@ -2,13 +2,10 @@
 
 #include <QProcess>
 
-/** A program that runs beside the test and is killed with it; both outputs are read line by line. */
+/** A program that runs beside the test and is killed with the object; its output is read line by line. */
 class ChildProcess : public QProcess
 {
-    Q_OBJECT
-
 public:
-    ChildProcess();
     /** Kills the program. */
     ~ChildProcess() override;
 
@@ -20,7 +17,4 @@ public:
 
     /** Closes its input and waits up to 30 s; returns whether it ended by itself with exit code 0. */
     bool endsWell();
-
-protected:
-    void setupChildProcess() override;
 };

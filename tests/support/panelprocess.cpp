@@ -20,11 +20,7 @@ QRect sWidget::rect(const QString& strMember) const
 Display::Display(const QSize& oSize)
 {
     const QString strScreen = QString("%1x%2x24").arg(oSize.width()).arg(oSize.height());
-    m_oServer.setProcessChannelMode(QProcess::SeparateChannels);
     m_strName = ":" + m_oServer.startAndReadLine("Xvfb", {"-screen", "0", strScreen, "-displayfd", "1"});
-    if (m_strName == ":") {
-        qFatal("no virtual display");
-    }
 }
 
 bool Display::pointer(const QString& strCommand) const
@@ -47,18 +43,13 @@ PanelProcess::PanelProcess(const QString& strDisplay, const QString& strCommand)
     m_oProcess.setArguments({"DISPLAY=" + strDisplay, "QT_QPA_PLATFORM=" + strPlatform,
                              "QT_QPA_GENERIC_PLUGINS=probe:" + m_strSocket,
                              QString("QT_PLUGIN_PATH=") + PROBE_PLUGIN_PATH, "sh", "-c", strCommand});
-    m_oProcess.setProcessChannelMode(QProcess::SeparateChannels);
     m_oProcess.setStandardErrorFile(m_strSocket + ".log");
 }
 
 bool PanelProcess::start()
 {
     m_oProcess.start();
-    const bool bStarted = QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
-    if (!bStarted) {
-        qWarning() << m_oProcess.errorString() << m_oProcess.state() << m_oProcess.exitCode() << log();
-    }
-    return bStarted;
+    return QTest::qWaitFor([this] { return output().endsWith("> "); }, s_nPatience);
 }
 
 void PanelProcess::send(const QByteArray& oBytes)
@@ -70,8 +61,7 @@ void PanelProcess::send(const QByteArray& oBytes)
 int PanelProcess::quit()
 {
     send("quit\n");
-    m_oProcess.waitForFinished(s_nPatience);
-    const bool bEnded = m_oProcess.state() == QProcess::NotRunning;
+    const bool bEnded = m_oProcess.waitForFinished() || m_oProcess.state() == QProcess::NotRunning;
     return bEnded && m_oProcess.exitStatus() == QProcess::NormalExit ? m_oProcess.exitCode() : -1;
 }
 
@@ -121,8 +111,8 @@ QList<sWidget> PanelProcess::widgets()
 sWidget PanelProcess::widget(const QString& strName)
 {
     const QList<sWidget> oWidgets = widgets();
-    const auto it = std::find_if(oWidgets.begin(), oWidgets.end(),
-                                 [&](const sWidget& oWidget) { return oWidget.name() == strName; });
+    const auto fnIsIt = [&](const sWidget& oWidget) { return oWidget.name() == strName; };
+    const auto it = std::find_if(oWidgets.begin(), oWidgets.end(), fnIsIt);
     return it == oWidgets.end() ? sWidget() : *it;
 }
 

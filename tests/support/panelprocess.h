@@ -11,7 +11,7 @@
 class Display
 {
 public:
-    /** @param oSize of the only screen, in pixels; ends the test if the display does not come up */
+    /** @param oSize of the only screen, in pixels; name() is ":" if the display does not come up */
     explicit Display(const QSize& oSize);
     /** Returns the value for DISPLAY. */
     QString name() const { return m_strName; }

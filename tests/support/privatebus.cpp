@@ -21,8 +21,3 @@ void PrivateBus::stop()
     m_oDaemon.terminate();
     m_oDaemon.waitForFinished();
 }
-
-QString PrivateBus::address() const
-{
-    return "unix:path=" + m_oFolder.filePath("socket");
-}

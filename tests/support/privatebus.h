@@ -16,7 +16,7 @@ public:
     void stop();
 
     /** Returns the address, for the environment of programs that use the bus. */
-    QString address() const;
+    QString address() const { return "unix:path=" + m_oFolder.filePath("socket"); }
 
 private:
     QTemporaryDir m_oFolder;

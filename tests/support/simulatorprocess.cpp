@@ -13,16 +13,6 @@ bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArgumen
     return m_pSteering->isValid();
 }
 
-bool SimulatorProcess::setDocument(const QString& strJSON)
-{
-    return succeeds(m_pSteering->SetDocument(strJSON));
-}
-
-QStringList SimulatorProcess::calls()
-{
-    return m_pSteering->Calls().value();
-}
-
 bool SimulatorProcess::succeeds(QDBusPendingReply<> oReply)
 {
     oReply.waitForFinished();

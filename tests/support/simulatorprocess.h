@@ -14,10 +14,10 @@ public:
     bool start(const PrivateBus& oBus, const QStringList& oArguments = {});
 
     /** Replaces the network configuration; returns false when the text is none. */
-    bool setDocument(const QString& strJSON);
+    bool setDocument(const QString& strJSON) { return succeeds(m_pSteering->SetDocument(strJSON)); }
 
     /** Returns the calls received, each as path, member and arguments. */
-    QStringList calls();
+    QStringList calls() { return m_pSteering->Calls().value(); }
 
     /** Steers it, see docs/platform-service.md; valid after start(). */
     ComQuenOVIKSimulatorInterface& steering() { return *m_pSteering; }

@@ -2,10 +2,12 @@
 # Runs what stands between the panel and an X display: nothing, a window manager, a compositor in a window, or a viewer
 # of the frame buffer that Qt keeps for VNC. Writes the line "ready" when it is there.
 #
-#   session.sh x11|openbox|matchbox|weston-desktop|weston-kiosk|cage|vnc WIDTH HEIGHT
+#   session.sh x11|openbox|matchbox|weston-desktop|weston-kiosk|cage|vnc
+#
+# What it has started ends with it. Needs DISPLAY; Wayland clients connect to wayland-0, the viewer to port 5900.
 set -euo pipefail
-width=$2
-height=$3
+width=$(xwininfo -root | sed -n 's/^ *Width: //p')
+height=$(xwininfo -root | sed -n 's/^ *Height: //p')
 socket=$XDG_RUNTIME_DIR/wayland-0
 rm -f "$socket"*
 
@@ -17,14 +19,14 @@ fnStart() { # COMMAND...: beside this script, and no longer than it
     setpriv --pdeathsig KILL "$@" >/tmp/session.log 2>&1 &
 }
 
-fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x; }
+fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 0x; }
 
 fnManager() { # COMMAND...
     fnStart "$@"
     fnAwait fnManages
 }
 
-fnWindow() { xwininfo -root -children | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
+fnWindow() { xwininfo -root -children 2>/dev/null | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
 
 fnShowsWindow() { [[ -n $(fnWindow) ]]; }
 
@@ -36,7 +38,7 @@ fnFocus() { # gives the compositor's window the whole screen and the keyboard, a
 }
 
 fnWeston() { # SHELL
-    printf '[core]\nidle-time=0\nuse-pixman=true\nrenderer=pixman\n[shell]\npanel-position=none\nlocking=false\n' \
+    printf '[core]\nidle-time=0\nuse-pixman=true\n[shell]\npanel-position=none\nlocking=false\n' \
         >/tmp/weston.ini
     fnStart weston --backend=x11-backend.so --shell="$1" --config=/tmp/weston.ini --width="$width" --height="$height" \
         --socket=wayland-0

@@ -1,0 +1,29 @@
+#!/bin/bash
+# Builds the panel and a bare program of the same widgets, touches both under a virtual display, and prints how long each
+# takes until the picture is there, and the ratios.
+#
+#   run.sh [--aarch64] [--count] [--runs N]
+#
+# --aarch64  builds both for the device's processor and runs them in the emulator
+# --count    counts instructions and allocations instead; not in the emulator
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+preset=benchmark
+options=()
+if [[ ${1:-} == --aarch64 ]]; then
+    shift
+    packaging/install-build-packages.sh --aarch64
+    preset=aarch64-benchmark
+    options=(--emulator qemu-aarch64)
+fi
+cmake --preset benchmark >/dev/null
+cmake --build --preset benchmark --target ovik-simulator
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" --target tarnixUI bare-panel stopwatch
+fnMeasure() { # INTERFACES OPTION...
+    tools/sandbox.sh -- tools/device.sh --interfaces "$1" --screen 800x480 --service build/benchmark -- \
+        benchmarks/touch/run.py "build/$preset" "${options[@]}" "${@:2}"
+}
+fnMeasure 2 "$@"
+echo 'With 12 interfaces:'
+fnMeasure 12 --refresh "$@"

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <QLabel>
+
+using ElidedLabel = QLabel; // the forms of the overlays ask for the panel's own
