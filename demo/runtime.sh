@@ -150,7 +150,9 @@ fnFinger tap timezone_ComboBox
 fnFinger key alt+Down
 fnStage datetime-zones 'It has all time zones'
 fnFinger key Return
-fnFinger type timezone_ComboBox Asia/Tokyo
+fnFinger type timezone_ComboBox Tokyo
+fnStage datetime-found 'A part of a name finds the zones that contain it'
+fnFinger tap =Asia/Tokyo
 fnFinger tap applyButton
 fnAwait grep -q Asia/Tokyo /etc/timezone
 fnFinger tap autoUpdate_CheckBox

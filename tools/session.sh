@@ -38,7 +38,7 @@ fnFocus() { # gives the compositor's window the whole screen and the keyboard, a
 }
 
 fnWeston() { # SHELL
-    printf '[core]\nidle-time=0\nuse-pixman=true\nrenderer=pixman\n[shell]\npanel-position=none\nlocking=false\n' \
+    printf '[core]\nidle-time=0\nuse-pixman=true\n[shell]\npanel-position=none\nlocking=false\n' \
         >/tmp/weston.ini
     fnStart weston --backend=x11-backend.so --shell="$1" --config=/tmp/weston.ini --width="$width" --height="$height" \
         --socket=wayland-0

@@ -180,8 +180,7 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
     if (nCount < 1) {
         return;
     }
-    // Kept, see docs/compatibility.md
-    const int nRows = qMin(nCount, s_nMaxApplications) - 1;
+    const int nRows = qMin(nCount, s_nMaxApplications) - 1; // Kept, see docs/compatibility.md
     // Else Qt would lay out all rows again, and look for the one under the finger, for each one that appears.
     ui->scrollAreaWidgetContents->hide();
     for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {

@@ -107,7 +107,7 @@ private:
     bool isSeen(const QString& strName)
     {
         const auto fnLook = [&] { // until the compositor has noticed the pointer, too
-            m_pDisplay->pointer("mousemove 1005 748 mousemove 1010 750");
+            m_pDisplay->pointer("mousemove 0 0 mousemove 1023 767 mousemove 1010 750");
             return isPainted(strName);
         };
         const bool bSeen = QTest::qWaitFor(fnLook, 10000);

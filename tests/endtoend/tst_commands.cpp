@@ -8,7 +8,6 @@ namespace {
 
 const QByteArray s_oOutput = "First message\n> Good bye!\n";
 const QByteArray s_oUnknown = "setPLCStatus: ui element not found idx: ";
-const QString s_strProgram = "exec " PANEL_PROGRAM;
 
 // Returns the log from the first unknown application on.
 QByteArray unknownIn(const QByteArray& oLog)
@@ -38,7 +37,7 @@ private slots:
     {
         QFETCH(QString, streams);
         QFETCH(QByteArray, input);
-        PanelProcess oPanel({}, s_strProgram + streams);
+        PanelProcess oPanel({}, "exec " PANEL_PROGRAM + streams);
         oPanel.process().start();
         oPanel.send(input);
         QVERIFY(oPanel.process().endsWell());
@@ -57,14 +56,14 @@ private slots:
         }
         oTexts.sort();
         QCOMPARE(oTexts.join('|'),
-                 QString("||AppName|Application Name:|Device Type:|No TARNIX Vistrel Loaded|PLC Status:|"
-                         "PLCStatus|System Date:|System Settings|System Time:|SystemDate|SystemTime|"
-                         "TargVer|Target Version:"));
+                 "||AppName|Application Name:|Device Type:|No TARNIX Vistrel Loaded|PLC Status:|"
+                 "PLCStatus|System Date:|System Settings|System Time:|SystemDate|SystemTime|"
+                 "TargVer|Target Version:");
         QTRY_VERIFY(oPanel.widget("systemTimeForm_Label").text() != "SystemTime");
         const QString strTime = oPanel.widget("systemTimeForm_Label").text();
         const QString strNow = oPanel.widget("systemDateForm_Label").text() + strTime;
         const QDateTime oNow = QDateTime::fromString(strNow, "dd-MM-yyyyHH:mm:ss");
-        QVERIFY2(oNow.isValid() && qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 5, qPrintable(strNow));
+        QVERIFY2(oNow.isValid() && qAbs(oNow.secsTo(QDateTime::currentDateTime())) < 60, qPrintable(strNow));
     }
 
     void showsText_data()
@@ -74,17 +73,12 @@ private slots:
         QTest::addColumn<QString>("text");
         const QByteArray oLongest(65535, 'x');
         QTest::newRow("ident") << "identNo" << QByteArray("i4711\n") << "";
-        QTest::newRow("device") << "deviceType" << QByteArray("dPLC 500/600\n") << "PLC 500/600";
         QTest::newRow("unchanged") << "targetVersion" << QByteArray("v  1.2 \r\n") << "  1.2 \r";
         QTest::newRow("NUL") << "targetVersion" << QByteArray("vab\0cd\n", 7) << "ab";
-        QTest::newRow("too long") << "targetVersion"
-                                  << "v" + oLongest + "😀\n"
-                                  << QString(oLongest);
+        QTest::newRow("too long") << "targetVersion" << 'v' + oLongest + "😀\n" << QString(oLongest);
         QTest::newRow("UTF-8") << "appname" << QByteArray("a000Förder 泵\n") << "Förder 泵";
-        QTest::newRow("no commands") << "appname" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n")
-                                     << "2";
+        QTest::newRow("none") << "appname" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n") << "2";
         QTest::newRow("no number is 0") << "plcStatus" << QByteArray("s1Run\n") << "n";
-        QTest::newRow("no index") << "plcStatus" << QByteArray("s\n") << "";
     }
 
     void showsText()
@@ -131,31 +125,24 @@ private slots:
 
     void floodStaysInOrderAndLeavesTheLoopFree()
     {
-        QByteArray oFlood = "d" + QByteArray(4000000, 'x') + '\n';
+        QByteArray oFlood = "v" + QByteArray(5000000, 'v') + "\nd" + QByteArray(4000000, 'x') + '\n';
         QByteArray oExpected;
         for (int i = 0; i < 100000; ++i) {
             const QByteArray oIndex = QByteArray::number(i % 900 + 100);
             oFlood += "s" + oIndex + "x\n";
             oExpected += s_oUnknown + oIndex + "  size:  0\n";
         }
+        oFlood += QByteArray("i1.2\n").repeated(5000000);
         QFile oFile("/tmp/flood");
-        QVERIFY(oFile.open(QIODevice::WriteOnly));
-        QVERIFY(oFile.write(oFlood + QByteArray("v1.2\n").repeated(5000000)) > 0);
-        PanelProcess oPanel({}, s_strProgram + " </tmp/flood");
+        QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write(oFlood) == oFlood.size());
+        PanelProcess oPanel({}, "exec " PANEL_PROGRAM " </tmp/flood");
         QVERIFY(oPanel.start());
         QVERIFY(!oPanel.widgets().isEmpty());
-        QCOMPARE(oPanel.output(), QByteArray("First message\n> ")); // the flood goes on
+        QCOMPARE(oPanel.output(), "First message\n> "); // the flood goes on
         QTRY_VERIFY_WITH_TIMEOUT(unknownIn(oPanel.log()) == oExpected, 30000);
-    }
-
-    void dropsEndlessLine()
-    {
-        PanelProcess oPanel;
-        QVERIFY(oPanel.start());
-        oPanel.send("v" + QByteArray(5000000, 'v') + "\nd#next\n");
-        QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "#next"), QString("#next"));
-        QCOMPARE(oPanel.widget("targetVersionForm_Label").text(), QString("TargVer"));
         QVERIFY(oPanel.log().contains("Command line longer than 4194304 bytes dropped\n"));
+        QCOMPARE(oPanel.widget("targetVersionForm_Label").text(), "TargVer");
+        QVERIFY(oPanel.widget("deviceTypeForm_Label").text().startsWith("xxx"));
     }
 };
 

@@ -12,39 +12,39 @@ class TestWink : public QObject
 private slots:
     void identifiesTheDevice_data()
     {
-        QTest::addColumn<QSize>("screen");
-        QTest::addColumn<QRect>("rect");
+        QTest::addColumn<QRect>("screen");
         QTest::addColumn<QString>("name");
-        QTest::newRow("winkVerWidget, cut") << QSize(272, 480) << QRect(-29, 122, 330, 235)
-                                            << "<i>Controller</i> 500/600 of hall 7, press line 12, no. 4711";
-        QTest::newRow("winkVerWidget") << QSize(480, 271) << QRect(75, 18, 330, 235) << "";
+        QTest::newRow("winkVerWidget, cut")
+            << QRect(0, 0, 272, 480) << "<i>Controller</i> 500/600 of hall 7, press line 12, no. 4711";
+        QTest::newRow("winkVerWidget") << QRect(0, 0, 480, 271) << "";
         QTest::newRow("winkHorWidget")
-            << QSize(481, 320) << QRect(30, 84, 420, 151)
+            << QRect(0, 0, 481, 320)
             << "OneWordOfSoManyLettersThatNoLabelOfTheOverlayHasRoomForItOnOneLineOrTwo";
     }
 
     void identifiesTheDevice()
     {
-        QFETCH(QSize, screen);
+        QFETCH(QRect, screen);
         QFETCH(QString, name);
         const QString strOverlay = QString(QTest::currentDataTag()).section(',', 0, 0);
-        const QString strDocument = "{\"version\":1,\"interfaces\":[{\"name\":\"e\",\"hidden\":false,"
-                                    "\"actual_ip_address\":\"%1\"}]}";
+        const QString strDocument =
+            R"({"version":1,"interfaces":[{"name":"e","hidden":false,"actual_ip_address":"%1"}]})";
         PrivateBus oBus;
         SimulatorProcess oService;
-        QVERIFY(oBus.start() && oService.start(oBus));
-        QVERIFY(oService.setDocument(strDocument.arg("192.168.100.200")));
+        QVERIFY(oBus.start() && oService.start(oBus) &&
+                oService.setDocument(strDocument.arg("192.168.100.200")));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
-        const Display oDisplay(screen);
+        const Display oDisplay(screen.size());
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
         // The last name before the first wink counts, also if it is empty.
         oPanel.send("dFirst\nd" + name.toUtf8() + "\nw0\nw2\nw\nW1\nv1\n");
-        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1"), QString("1"));
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "1"), "1");
         QVERIFY(oPanel.widget(strOverlay).isEmpty());
         oPanel.send("w1abc\ndLast\n");
         QVERIFY(oPanel.waitForVisible(strOverlay));
-        QTEST(oPanel.widget(strOverlay).rect(), "rect");
+        const QPoint oBeside = oPanel.widget(strOverlay).rect().center() - screen.center();
+        QVERIFY(oBeside.manhattanLength() <= 1); // half a pixel is rounded
         QCOMPARE(oPanel.widget(strOverlay)["flags"].toInt(), 0x40801);
 
         QVERIFY(oPanel.widget("lbl_DeviceName")["plain"].toBool());
@@ -53,7 +53,7 @@ private slots:
         for (const char* szName : {"label_2", "label_3", "label_5", "lbl_DeviceName", "lbl_IP"}) {
             const sWidget oLabel = oPanel.widget(szName);
             oShown.append(oLabel.text());
-            const QSize oSeen = oLabel.rect().intersected(QRect(QPoint(), screen)).size();
+            const QSize oSeen = oLabel.rect().intersected(screen).size();
             QVERIFY2(oSeen.expandedTo(oLabel.rect("minimum").size()) == oSeen, szName); // not cut
             QVERIFY2(!oTaken.intersects(oLabel.rect()), szName);
             oTaken += oLabel.rect();
@@ -61,19 +61,15 @@ private slots:
         QCOMPARE(oShown.join('|'), "WINK Command Active|Device:|IP Address:|" + name + "|192.168.100.200");
         // The name has as many lines as it needs, and the texts stay where they are while the hand blinks.
         const QRect oAddress = oPanel.widget("lbl_IP").rect();
-        const int nNameHeight = oPanel.widget("lbl_DeviceName").rect().height();
-        QCOMPARE(nNameHeight > 2 * oAddress.height(), !name.isEmpty());
+        QCOMPARE(oPanel.widget("lbl_DeviceName").rect().height() > 2 * oAddress.height(), !name.isEmpty());
         for (const bool bVisible : {false, true}) {
             QVERIFY(oPanel.waitForVisible("label", bVisible));
             QCOMPARE(oPanel.widget("lbl_IP").rect(), oAddress);
         }
-        QVERIFY(oService.setDocument(strDocument.arg("10.0.0.7")));
-        QCOMPARE(oPanel.waitForText("lbl_IP", "10.0.0.7"), QString("10.0.0.7"));
         oService.kill();
         QCOMPARE(oPanel.waitForText("lbl_IP", QString()), QString());
         oPanel.send("w0\n");
         QVERIFY(oPanel.waitForVisible(strOverlay, false));
-        QCOMPARE(oPanel.quit(), 0);
     }
 };
 

@@ -2,7 +2,6 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QBuffer>
-#include <QComboBox>
 #include <QGenericPlugin>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -22,45 +21,34 @@ namespace {
 constexpr int s_nAddHook = 3; // places that Qt guarantees
 constexpr int s_nRemoveHook = 4;
 
-/** All QObjects of all threads that were created since the probe was loaded. */
-struct sLiving
-{
-    std::mutex oMutex;
-    std::unordered_set<QObject*> oObjects;
-};
-
-sLiving& living()
-{
-    static auto& s_oLiving = *new sLiving; // outlives the last QObject
-    return s_oLiving;
-}
+// All QObjects of all threads that were created since the probe was loaded; they outlive the last QObject.
+auto& g_oMutex = *new std::mutex;
+auto& g_oLiving = *new std::unordered_set<QObject*>;
 
 void onBorn(QObject* pObject)
 {
-    const std::lock_guard<std::mutex> oGuard(living().oMutex);
-    living().oObjects.insert(pObject);
+    const std::lock_guard<std::mutex> oGuard(g_oMutex);
+    g_oLiving.insert(pObject);
 }
 
 void onDied(QObject* pObject)
 {
-    const std::lock_guard<std::mutex> oGuard(living().oMutex);
-    living().oObjects.erase(pObject);
+    const std::lock_guard<std::mutex> oGuard(g_oMutex);
+    g_oLiving.erase(pObject);
 }
 
 QByteArray countAll()
 {
     QPixmapCache::clear();   // grows up to 10 MiB
     QApplication::desktop(); // created on first use
-    const std::lock_guard<std::mutex> oGuard(living().oMutex);
+    const std::lock_guard<std::mutex> oGuard(g_oMutex);
     int nTimers = 0;
-    for (QObject* pObject : living().oObjects) { // one of another thread may be dying: not dereferenced
+    for (QObject* pObject : g_oLiving) { // one of another thread may be dying: not dereferenced
         nTimers += QAbstractEventDispatcher::instance()->registeredTimers(pObject).size();
     }
     const struct mallinfo2 oHeap = mallinfo2();
-    const QJsonObject oCounts{{"objects", static_cast<qint64>(living().oObjects.size())},
+    const QJsonObject oCounts{{"objects", static_cast<qint64>(g_oLiving.size())},
                               {"timers", nTimers},
-                              {"widgets", QApplication::allWidgets().size()},
-                              {"topLevels", QApplication::topLevelWidgets().size()},
                               {"heap", static_cast<qint64>(oHeap.uordblks + oHeap.hblkhd)}};
     return QJsonDocument(oCounts).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -105,9 +93,6 @@ QJsonObject describe(QWidget* pWidget)
             oJson[szProperty] = QJsonValue::fromVariant(pWidget->property(szProperty));
         }
     }
-    if (const auto* pComboBox = qobject_cast<const QComboBox*>(pWidget)) {
-        oJson["items"] = pComboBox->count();
-    }
     if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
         oJson["entries"] = describeEntries(*pView);
     }
@@ -125,10 +110,9 @@ QByteArray describeAll()
         if (pTopLevel->parentWidget()) {
             continue; // a dialog, listed with its parent's children
         }
-        oAll.append(describe(pTopLevel));
-        const QList<QWidget*> oChildren = pTopLevel->findChildren<QWidget*>();
-        for (QWidget* pChild : oChildren) {
-            oAll.append(describe(pChild));
+        const QWidgetList oWidgets = QWidgetList{pTopLevel} + pTopLevel->findChildren<QWidget*>();
+        for (QWidget* pWidget : oWidgets) {
+            oAll.append(describe(pWidget));
         }
     }
     return QJsonDocument(oAll).toJson(QJsonDocument::Compact) + '\n';
@@ -136,72 +120,55 @@ QByteArray describeAll()
 
 QByteArray grab(const QString& strName)
 {
+    QByteArray oBytes;
     const QWidgetList oWidgets = QApplication::allWidgets();
     for (QWidget* pWidget : oWidgets) {
-        if (pWidget->objectName() == strName) {
-            QByteArray oBytes;
+        if (pWidget->objectName() == strName && oBytes.isEmpty()) {
             QBuffer oBuffer(&oBytes);
             pWidget->grab().save(&oBuffer, "PNG");
-            return oBytes.toBase64() + '\n';
         }
     }
-    return "\n";
+    return oBytes.toBase64() + '\n';
 }
 
 } // namespace
 
 /**
- * Answers each line on its local socket with one line: "count" with the number of live objects, running timers
- * and bytes of heap, in JSON; "grab NAME" with a picture of that widget as it paints itself, PNG in Base64; any
- * other with all widgets and the part of each painted since the last answer, in JSON.
+ * Loaded by Qt into the real program with QT_QPA_GENERIC_PLUGINS=probe:SOCKET. Answers each line on the local
+ * socket with one line: "count" with the number of live objects, running timers and bytes of heap, in JSON;
+ * "grab NAME" with a picture of that widget as it paints itself, PNG in Base64; any other with all widgets,
+ * in JSON.
  */
-class Probe : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit Probe(const QString& strPath)
-    {
-        qtHookData[s_nAddHook] = reinterpret_cast<quintptr>(&onBorn);
-        qtHookData[s_nRemoveHook] = reinterpret_cast<quintptr>(&onDied);
-        connect(&m_oServer, SIGNAL(newConnection()), this, SLOT(onNewConnection()));
-        m_oServer.listen(strPath);
-    }
-
-private slots:
-    void onNewConnection()
-    {
-        connect(m_oServer.nextPendingConnection(), SIGNAL(readyRead()), this, SLOT(onReadyRead()));
-    }
-
-    void onReadyRead()
-    {
-        auto* pSocket = static_cast<QLocalSocket*>(sender());
-        while (pSocket->canReadLine()) {
-            const QByteArray oLine = pSocket->readLine().trimmed();
-            if (oLine.startsWith("grab ")) {
-                pSocket->write(grab(oLine.mid(5)));
-            } else {
-                pSocket->write(oLine == "count" ? countAll() : describeAll());
-            }
-        }
-    }
-
-private:
-    QLocalServer m_oServer;
-};
-
-/** Loaded by Qt into the real program with QT_QPA_GENERIC_PLUGINS=probe:SOCKET. */
 class ProbePlugin : public QGenericPlugin
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "probe.json")
 
 public:
-    QObject* create(const QString& strName, const QString& strPath) override
+    QObject* create(const QString& /*strName*/, const QString& strPath) override
     {
-        Q_UNUSED(strName)
-        return new Probe(strPath);
+        qtHookData[s_nAddHook] = reinterpret_cast<quintptr>(&onBorn);
+        qtHookData[s_nRemoveHook] = reinterpret_cast<quintptr>(&onDied);
+        auto* pServer = new QLocalServer;
+        connect(pServer, &QLocalServer::newConnection, pServer, [pServer] {
+            QLocalSocket* pSocket = pServer->nextPendingConnection();
+            connect(pSocket, &QLocalSocket::readyRead, pSocket, [pSocket] { answer(*pSocket); });
+        });
+        pServer->listen(strPath);
+        return pServer;
+    }
+
+private:
+    static void answer(QLocalSocket& oSocket)
+    {
+        while (oSocket.canReadLine()) {
+            const QByteArray oLine = oSocket.readLine().trimmed();
+            if (oLine.startsWith("grab ")) {
+                oSocket.write(grab(oLine.mid(5)));
+            } else {
+                oSocket.write(oLine == "count" ? countAll() : describeAll());
+            }
+        }
     }
 };
 

@@ -24,6 +24,27 @@ def fail(what):
     raise Fault(what)
 
 
+def start(command, **options):
+    """Starts the panel with the probe, waits until it has painted, and returns its process."""
+    program = os.path.realpath(command[-1])
+    probe = {"QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
+             "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins"}
+    os.mkfifo("/tmp/tarnixUI")
+    process = subprocess.Popen(command, stdin=subprocess.PIPE, env={**os.environ, **probe}, bufsize=0, **options)
+    with open("/tmp/tarnixUI", encoding="ascii") as pipe:
+        pipe.read()  # what it writes after its first paint
+    return process
+
+
+def wait(condition, complaint, seconds=None):
+    """Waits until the condition holds; fails with the complaint if it does not."""
+    deadline = time.monotonic() + (seconds or Finger.PATIENCE)
+    while not condition():
+        if time.monotonic() > deadline:
+            fail(complaint)
+        time.sleep(0.05)
+
+
 class Panel:
     """A running panel and the finger on it."""
 
@@ -32,35 +53,21 @@ class Panel:
             # A memory checker works neither with another time nor with weighing.
             self.checker = valgrind or b"__asan_init" in file.read()
         Finger.PATIENCE, Finger.PACE = (60, 0.3) if valgrind else (20, 3.0)
-        environment = {"QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
-                       "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins",
-                       "LSAN_OPTIONS": f"suppressions='{HERE}/../lsan.supp':print_suppressions=0"}
+        os.environ["LSAN_OPTIONS"] = f"suppressions='{HERE}/../lsan.supp':print_suppressions=0"
         command = [program]
         if valgrind:
-            environment["QT_ENABLE_REGEXP_JIT"] = "0"
+            os.environ["QT_ENABLE_REGEXP_JIT"] = "0"
             command = ["valgrind", "--error-exitcode=99", "--child-silent-after-fork=yes", "--leak-check=full",
                        "--errors-for-leak-kinds=definite", f"--suppressions={HERE}/soak.supp", program]
         elif not self.checker:
             library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1") or fail("there is no libfaketime")
-            environment.update(LD_PRELOAD=library[0], FAKETIME="+0 x10")
-        os.mkfifo("/tmp/tarnixUI")
+            command = ["env", "LD_PRELOAD=" + library[0], "FAKETIME=+0 x10", program]
         with open(LOG, "wb") as log:
-            self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
-                                            env={**os.environ, **environment}, bufsize=0)
-        with open("/tmp/tarnixUI", encoding="ascii") as pipe:
-            pipe.read()  # what it writes after its first paint
+            self.process = start(command, stdout=subprocess.PIPE, stderr=log)
         self.finger = Finger("/tmp/probe")
 
     def send(self, *lines):
         self.process.stdin.write(b"".join(line + b"\n" for line in lines))
-
-    def wait(self, condition, complaint):
-        """Waits until the condition holds; if it does not, fails with what complaint() returns."""
-        deadline = time.monotonic() + Finger.PATIENCE
-        while not condition():
-            if time.monotonic() > deadline:
-                fail(complaint())
-            time.sleep(0.05)
 
     def visible(self, *names):
         return any(widget["name"] in names for widget in self.finger.widgets())
@@ -73,8 +80,7 @@ class Panel:
 
     def settle(self, expected):
         """Waits until the panel shows what is expected."""
-        self.wait(lambda: self.shown(expected[0]) == expected,
-                  lambda: f"commands lost: {self.shown(expected[0])} in place of {expected}")
+        wait(lambda: self.shown(expected[0]) == expected, f"commands lost: it does not show {expected}")
 
     def check_log(self, missing):
         """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""
@@ -91,12 +97,10 @@ class Panel:
         self.finger.socket.sendall(b"count\n")
         counts = json.loads(self.finger.replies.readline())
         process = f"/proc/{self.process.pid}"
-        with open(process + "/statm", encoding="ascii") as statm:
-            pages = int(statm.read().split()[1])
+        pages = int(open(process + "/statm", encoding="ascii").read().split()[1])
         children = [open(path, encoding="ascii").read() for path in glob.glob(process + "/task/*/children")]
-        return {"QObjects": counts["objects"], "timers": counts["timers"], "widgets": counts["widgets"],
-                "windows": counts["topLevels"], "descriptors": len(os.listdir(process + "/fd")),
-                "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
+        return {"QObjects": counts["objects"], "timers": counts["timers"],
+                "descriptors": len(os.listdir(process + "/fd")), "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
                 "heap KiB": counts["heap"] // 1024, "resident KiB": pages * os.sysconf("SC_PAGESIZE") // 1024}
 
     def leave(self):

@@ -14,7 +14,7 @@ import sys
 import time
 
 from commands import FIELDS, Commands
-from panel import TOOLS, Fault, Panel, fail
+from panel import TOOLS, Fault, Panel, fail, wait
 
 LAUNCHES = "/tmp/kadconfig-app.log"
 DIALOGS = ("NetworkSettingsDialog", "DateTimeDialog")
@@ -24,8 +24,8 @@ FAULTS = {"absent": [""], "slow": ["150"], "errors": ["", "getInterfaceConfig", 
               "", "null", "{}", '"', '{"name":1}', '{"name":"eth0","dhcp":1e999}', "[" * 50000, '{"name":"\\ud800"}',
               '{"version":0,"interfaces":[{"name":"a"},{"name":"a"}]}', '{"version":7,"bridge":{"list":[{}]}}', "\x01ÿ€"]}
 # What is weighed at rest, and by how much it may grow: memory from the middle to the end, all else from the start.
-HELD = {"QObjects": 0, "timers": 0, "widgets": 0, "windows": 0, "descriptors": 0, "threads": 0, "children": 0,
-        "heap KiB": 64, "resident KiB": 4096}
+HELD = {"QObjects": 0, "timers": 0, "descriptors": 0, "threads": 0, "children": 0, "heap KiB": 64,
+        "resident KiB": 4096}
 
 
 def call(name, interface, member, *arguments):
@@ -137,8 +137,7 @@ class Soak:
         self.finger.tap("systemTimeForm_Label")
         self.finger.find("ntpStatus_Label", "Last sync:64 secs ago")
         if not self.finger.find("autoUpdate_CheckBox")["checked"]:
-            x, y, width, height = self.finger.find("currentDate_DateEdit")["rect"]
-            self.finger.pointer("mousemove", str(x + width - 10), str(y + height // 2), "click", "1")
+            self.finger.open("currentDate_DateEdit")
             self.finger.find("qt_calendar_calendarview")
             self.finger.key("Up", "Return")
         zone = self.dice.choice([name for name in ("Asia/Tokyo", "Europe/Rome", "America/Lima") if name != self.zone()])
@@ -146,7 +145,7 @@ class Soak:
         if self.chance():
             self.finger.tap("autoUpdate_CheckBox")
         self.finger.tap("applyButton")
-        self.panel.wait(lambda: self.zone() == zone, lambda: f"the zone is {self.zone()} in place of {zone}")
+        wait(lambda: self.zone() == zone, f"the zone is not {zone}")
         self.close_all()
 
     @staticmethod
@@ -157,7 +156,7 @@ class Soak:
     def settings(self):
         before = os.path.getsize(LAUNCHES)
         self.finger.tap("toolButton")
-        self.panel.wait(lambda: os.path.getsize(LAUNCHES) > before, lambda: "the settings button starts nothing")
+        wait(lambda: os.path.getsize(LAUNCHES) > before, "the settings button starts nothing")
 
     def anywhere(self):
         """The operator taps and drags without looking."""
@@ -175,16 +174,15 @@ class Soak:
         self.finger.pointer("mousemove", "400", "240", "click", "1")
         if self.panel.checker or self.chance():
             self.panel.send(b"w0")
-        self.panel.wait(lambda: not self.panel.visible("winkHorWidget"), lambda: "the wink does not end")
+        wait(lambda: not self.panel.visible("winkHorWidget"), "the wink does not end")
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
-        self.panel.wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before,
-                        lambda: "the clock stands still")
+        wait(lambda: self.finger.find("systemTimeForm_Label")["text"] != before, "the clock stands still")
 
     def close_all(self):
         self.panel.send(b"w0")
-        self.panel.wait(self.are_closed, lambda: "a dialog cannot be closed")
+        wait(self.are_closed, "a dialog cannot be closed")
 
     def are_closed(self):
         """Closes a dialog if there is one."""
