@@ -34,7 +34,7 @@ constexpr int s_nFieldHeight = 48;
 constexpr int s_nIconSize = 48;
 constexpr int s_nScrollBarWidth = 32;
 constexpr QSize s_oNetworkDialog(356, 334); // as the panel's are on a screen of 800 x 480
-constexpr QSize s_oDateDialog(506, 310);
+constexpr QSize s_oDateDialog(506, 346);
 
 QFont fontOf(int nPixels, bool bBold = false)
 {
@@ -354,10 +354,12 @@ void BarePanel::showDateTimeDialog()
     oForm.setupUi(&oDialog);
     oForm.timezone_ComboBox->setEditable(true);
     auto* pSteps = new QHBoxLayout;
-    for (QWidget* pStep : {static_cast<QWidget*>(new QToolButton), static_cast<QWidget*>(new QLabel("Day")),
-                           static_cast<QWidget*>(new QToolButton)}) {
+    for (const char* szName : {"stepDown", "stepUp"}) { // of the style sheet
+        auto* pStep = new QPushButton(QString(szName) == "stepUp" ? "+" : QStringLiteral("\u2212"));
+        pStep->setObjectName(szName);
         pSteps->addWidget(pStep, 1);
     }
+    pSteps->insertWidget(1, new QLabel("Day"), 1);
     oForm.formLayout->insertRow(2, "", pSteps);
     QProcess oProcess;
     connect(&oProcess, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &oDialog, [&] {

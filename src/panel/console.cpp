@@ -116,19 +116,20 @@ bool Console::readInput()
     m_nSearched -= m_nTaken;
     m_nTaken = 0;
 
-    const std::size_t nKept = m_strInput.size();
-    m_strInput.resize(nKept + s_nChunkSize);
-    const ssize_t nRead = read(inputDescriptor(), &m_strInput[nKept], s_nChunkSize);
-    const int nError = errno;
-    m_strInput.resize(nKept + (nRead > 0 ? static_cast<std::size_t>(nRead) : 0));
-    if (nRead < 0 && (nError == EINTR || nError == EAGAIN)) {
+    char aChunk[s_nChunkSize];
+    const ssize_t nRead = read(inputDescriptor(), aChunk, sizeof aChunk);
+    if (nRead > 0) {
+        m_strInput.append(aChunk, static_cast<std::size_t>(nRead));
+        return true;
+    }
+    if (nRead < 0 && (errno == EINTR || errno == EAGAIN)) {
         return false;
     }
     if (nRead < 0) {
-        qWarning() << "Cannot read standard input" << strerror(nError);
+        qWarning() << "Cannot read standard input" << strerror(errno);
     }
-    m_bEndOfInput = nRead <= 0;
-    return !m_bEndOfInput;
+    m_bEndOfInput = true;
+    return false;
 }
 
 bool Console::takeLine(std::string& strLine)

@@ -27,7 +27,6 @@ DateTimeSteps::DateTimeSteps(QDateTimeEdit* pEdit)
     pEdit->setWrapping(true);
     pEdit->installEventFilter(this);
     m_pText->installEventFilter(this);
-    setStyleSheet(QStringLiteral("QPushButton { font-size: 28px; }"));
     connect(m_pText, SIGNAL(cursorPositionChanged(int, int)), this, SLOT(showPart()));
     setEnabled(pEdit->isEnabled());
     showPart();

@@ -34,6 +34,7 @@ QPushButton, QToolButton {
     min-height: %2px; min-width: %2px; border: 2px solid #1b2f3c; border-radius: 4px; padding: 0px 6px;
     background: white; color: #1b2f3c; outline: none; }
 QPushButton:focus, QToolButton:focus { border-color: #0b7f86; }
+QPushButton#stepDown, QPushButton#stepUp { font-size: 28px; }
 QPushButton#applyButton { background: #0b7f86; border-color: #0b7f86; color: white; }
 QPushButton#applyButton:focus { border-color: #1b2f3c; }
 QPushButton:pressed, QPushButton#applyButton:pressed, QToolButton:pressed {
