@@ -53,7 +53,7 @@ if [[ -n $build ]]; then
     fnAwait 'the platform service' grep -q ready /tmp/ovik-simulator.log
 fi
 if [[ -n $screen ]]; then
-    Xvfb -screen 0 "${screen}x24" -nolisten tcp -displayfd 3 3>/tmp/display 2>/tmp/xvfb.log &
+    Xvfb -screen 0 "${screen}x24" -noreset -nolisten tcp -displayfd 3 3>/tmp/display 2>/tmp/xvfb.log &
     fnAwait 'the X server' test -s /tmp/display
     DISPLAY=:$(</tmp/display)
     export DISPLAY
