@@ -60,8 +60,9 @@ cage)
     fnFocus
     ;;
 vnc)
+    fnManager openbox --sm-disable # newer viewers fill the screen only with a window manager's help
     fnStart xtigervncviewer -FullScreen=1 -MenuKey= localhost:5900
-    fnAwait fnShowsWindow
+    fnAwait xdotool search --onlyvisible --name TigerVNC >/dev/null
     ;;
 esac
 echo ready
