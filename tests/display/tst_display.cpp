@@ -50,9 +50,8 @@ private slots:
     void showsOverlayAboveDialogAbovePanel()
     {
         QFETCH(QString, platform);
-        const QByteArray strRow = QTest::currentDataTag();
-        if ((strRow == "cage" || strRow == "vnc") && QSysInfo::productVersion() == "13") {
-            QSKIP("fails with the releases of Debian 13, for a reason that is not known yet");
+        if (QByteArray(QTest::currentDataTag()) == "cage" && QSysInfo::productVersion() == "13") {
+            QSKIP("fails with the cage of Debian 13, for a reason that is not known yet");
         }
         const Display oDisplay(s_oScreen);
         m_pDisplay = &oDisplay;

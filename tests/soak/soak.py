@@ -100,6 +100,7 @@ class Soak:
         set_world("well", "")
         self.close_all()
         self.address()
+        self.close_all()  # what a tap has opened once the panel was no longer kept waiting
 
     def restart(self):
         """Another service takes the place of one that was killed."""
