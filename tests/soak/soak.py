@@ -176,6 +176,8 @@ class Soak:
         if self.panel.checker or self.chance():
             self.panel.send(b"w0")
         wait(lambda: not self.panel.visible("winkHorWidget"), "the wink does not end")
+        self.clock()
+        self.close_all()  # the overlay lets the finger through
 
     def clock(self):
         before = self.finger.find("systemTimeForm_Label")["text"]
