@@ -293,7 +293,9 @@ void BarePanel::showDateTimeDialog()
     }
     pSteps->insertWidget(1, new QLabel("Day"), 1);
     oForm.formLayout->insertRow(2, "", pSteps);
-    QProcess oProcess;
+    class : public QProcess
+    {
+    } oProcess; // of a class of its own Qt forks it, like the panel's; its other way fails in the emulator
     connect(&oProcess, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &oDialog, [&] {
         const QString strZones = QString(oProcess.readAll()).section('[', 1).section(']', 0, 0).remove('\'');
         oForm.timezone_ComboBox->addItems(strZones.split(", "));

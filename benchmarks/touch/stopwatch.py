@@ -68,7 +68,10 @@ class Program:
         self.settle()
 
     def find(self, name):
+        begin = time.monotonic()
         while self.order(f"find {name} -")[1] == 0:
+            if time.monotonic() > begin + PATIENCE:
+                raise TimeoutError(f"{name} does not appear")
             time.sleep(0.1)
         self.settle()
 
