@@ -5,9 +5,12 @@
 #include <QGuiApplication>
 #include <QLayout>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 namespace {
+
+constexpr int s_nAnswerMilliseconds = 200;
 
 bool coversScreen()
 {
@@ -51,6 +54,17 @@ bool DialogWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
     if (pEvent->type() == QEvent::Show) {
         m_pDialog->windowHandle()->setFlag(Qt::FramelessWindowHint);
+        QTimer::singleShot(s_nAnswerMilliseconds, this, SLOT(onShown()));
     }
     return QObject::eventFilter(pWatched, pEvent);
+}
+
+// cage 0.2.0 never shows a window that has a parent unless it asks for the full screen. Other compositors
+// would paint the screen black around the dialog.
+void DialogWindow::onShown()
+{
+    QWindow* pWindow = m_pDialog->windowHandle();
+    if (m_pDialog->isVisible() && !pWindow->isExposed()) {
+        pWindow->setWindowStates(Qt::WindowFullScreen);
+    }
 }

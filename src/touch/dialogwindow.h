@@ -33,6 +33,9 @@ public:
     /** Prepares the native window to be shown; never true. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
+private slots:
+    void onShown();
+
 private:
     QDialog* m_pDialog;
 };
