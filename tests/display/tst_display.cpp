@@ -43,16 +43,15 @@ private slots:
         QTest::newRow("matchbox") << "xcb";
         QTest::newRow("weston-desktop") << "wayland";
         QTest::newRow("weston-kiosk") << "wayland";
-        QTest::newRow("cage") << "wayland";
+        if (QSysInfo::productVersion() != "13") { // fails with the cage of Debian 13, for an unknown reason
+            QTest::newRow("cage") << "wayland";
+        }
         QTest::newRow("vnc") << "vnc:size=1024x768"; // has the windows of linuxfb
     }
 
     void showsOverlayAboveDialogAbovePanel()
     {
         QFETCH(QString, platform);
-        if (QByteArray(QTest::currentDataTag()) == "cage" && QSysInfo::productVersion() == "13") {
-            QSKIP("fails with the cage of Debian 13, for a reason that is not known yet");
-        }
         const Display oDisplay(s_oScreen);
         m_pDisplay = &oDisplay;
         qputenv("DISPLAY", oDisplay.name().toUtf8());
