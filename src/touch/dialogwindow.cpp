@@ -1,8 +1,8 @@
 #include "touch/dialogwindow.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QLayout>
 #include <QScreen>
 #include <QTimer>
@@ -21,9 +21,9 @@ bool coversScreen()
 
 DialogWindow::DialogWindow(QDialog* pDialog) : QObject(pDialog), m_pDialog(pDialog)
 {
+    pDialog->installEventFilter(this);
     if (coversScreen()) {
         pDialog->setAttribute(Qt::WA_TranslucentBackground);
-        pDialog->installEventFilter(this);
     }
 }
 
@@ -52,11 +52,43 @@ QSize DialogWindow::sizeHint() const
 
 bool DialogWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (pEvent->type() == QEvent::Show) {
+    switch (pEvent->type()) {
+    case QEvent::Show:
+        if (pWatched == m_pDialog) {
+            prepare();
+        }
+        return false;
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return pWatched != m_pDialog && passOn(pEvent);
+    default:
+        return QObject::eventFilter(pWatched, pEvent);
+    }
+}
+
+void DialogWindow::prepare()
+{
+    m_pDialog->windowHandle()->installEventFilter(this);
+    if (coversScreen()) {
         m_pDialog->windowHandle()->setFlag(Qt::FramelessWindowHint);
         QTimer::singleShot(s_nAnswerMilliseconds, this, SLOT(onShown()));
     }
-    return QObject::eventFilter(pWatched, pEvent);
+}
+
+// Only X gives an open list or calendar the keyboard.
+bool DialogWindow::passOn(QEvent* pEvent)
+{
+    const QWidget* pPopup = QApplication::activePopupWidget();
+    if (!pPopup) {
+        return false;
+    }
+    if (pEvent->type() == QEvent::ShortcutOverride) {
+        pEvent->accept(); // would close the list, and the key would come here
+    } else {
+        QCoreApplication::sendEvent(pPopup->windowHandle(), pEvent);
+    }
+    return true;
 }
 
 // cage 0.2.0 never shows a window that has a parent unless it asks for the full screen. Other compositors
