@@ -38,6 +38,7 @@ void DialogWindow::setRect(const QRect& oRect)
                                             oScreen.right() - oRect.right(),
                                             oScreen.bottom() - oRect.bottom());
     m_pDialog->setGeometry(oScreen);
+    m_pDialog->layout()->activate(); // the caller scrolls to the field that has the focus
 }
 
 QSize DialogWindow::size() const
