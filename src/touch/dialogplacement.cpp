@@ -146,7 +146,7 @@ void DialogPlacement::fitDateFields(int nTarget)
     }
 }
 
-// Else the hints would be those of the look before, until the dialog is shown.
+// Otherwise the hints would be those of the look before, until the dialog is shown.
 void DialogPlacement::refreshHints()
 {
     const QList<QWidget*> oWidgets = m_pDialog->findChildren<QWidget*>();
