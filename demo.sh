@@ -74,7 +74,7 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     display=()
     DISPLAY=:$(<"$work/display")
 fi
-[[ $platform != vnc ]] || platform=vnc:size=$screen
+[[ $platform != vnc ]] || platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960)) # 96 dpi
 environment=(QT_QPA_PLATFORM="$platform")
 [[ -z $keyboard ]] || environment+=(QT_IM_MODULE=tarnixui-keypad)
 options=()
