@@ -73,6 +73,8 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     keep+=(--keep /tmp/.X11-unix)
     display=()
     DISPLAY=:$(<"$work/display")
+elif [[ -z $pictures ]]; then
+    echo 'demo.sh: no X display opens a window (DISPLAY); nobody sees the panel, but --headless DIR makes pictures of it' >&2
 fi
 [[ $platform != vnc ]] || platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960)) # 96 dpi
 environment=(QT_QPA_PLATFORM="$platform")
