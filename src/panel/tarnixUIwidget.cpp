@@ -7,6 +7,7 @@
 #include "panel/interfacesettings.h"
 #include "panel/panelinfo.h"
 #include "panel/panelstyle.h"
+#include "panel/plainlabel.h"
 #include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
 #include "touch/dialogplacement.h"
@@ -148,8 +149,7 @@ QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
 
 QLabel* TarnixUI::createPlainLabel(const QString& strText, eLabelType eType)
 {
-    auto* pLabel = new QLabel(strText, this);
-    pLabel->setTextFormat(Qt::PlainText);
+    auto* pLabel = new PlainLabel(strText, this);
     setInfoTextLabelStyle(pLabel, eType);
     return pLabel;
 }
