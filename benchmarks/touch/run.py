@@ -35,6 +35,8 @@ def fill_rows(program, count):
                             for kind, text in (("a", "Application"), ("s", "Running")))]
     program.measure_lines(f"n{count} with all texts to painted", [*lines, "dDONE"], "deviceTypeForm_Label=DONE")
     program.measure_drag(f"a drag's frame, n{count}")
+    if not program.count:
+        program.measure_flick(f"frame to frame of a flick, n{count}")
 
 
 def main():

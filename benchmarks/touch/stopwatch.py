@@ -82,6 +82,21 @@ class Program:
         self.order("lift - -")
         self.settle()
 
+    def measure_flick(self, title):
+        """Measures the time between two frames while the rows move on, which they still do afterwards."""
+        frames = 20
+        self.find("deviceTypeForm_Label")
+        self.order("press deviceTypeForm_Label -")
+        for _ in range(8):
+            self.order("move -30 -")
+            time.sleep(0.01)
+        begin = self.order("lift - scrollAreaWidgetContents")[1]
+        used = self.processor_time()
+        for _ in range(frames):
+            end = self.order("await - scrollAreaWidgetContents")[1]
+        figures = [(end - begin) / 1e6, self.processor_time() - used]
+        self.results.setdefault(title, []).append([figure / frames for figure in figures])
+
     def settle(self):
         """Waits until the program is at rest."""
         before = None

@@ -19,7 +19,10 @@ QString beginningOf(const QString& strText)
 
 void showText(QLabel* pLabel, const QString& strText)
 {
+    // Out of sight it needs no paint, see PlainLabel.
+    pLabel->setAttribute(Qt::WA_UpdatesDisabled, pLabel->visibleRegion().isEmpty());
     pLabel->setText(beginningOf(strText));
+    pLabel->setAttribute(Qt::WA_UpdatesDisabled, false);
 }
 
 void showDetails(const sNetworkInterfaceUIDetails& oLabels, const sNetworkInterfaceDetails& oDetails,

@@ -7,6 +7,7 @@
 #include "panel/interfacesettings.h"
 #include "panel/panelinfo.h"
 #include "panel/panelstyle.h"
+#include "panel/plainlabel.h"
 #include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
 #include "touch/dialogplacement.h"
@@ -148,8 +149,7 @@ QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
 
 QLabel* TarnixUI::createPlainLabel(const QString& strText, eLabelType eType)
 {
-    auto* pLabel = new QLabel(strText, this);
-    pLabel->setTextFormat(Qt::PlainText);
+    auto* pLabel = new PlainLabel(strText, this);
     setInfoTextLabelStyle(pLabel, eType);
     return pLabel;
 }
@@ -164,9 +164,8 @@ void TarnixUI::setDeviceType(const QString& strText)
     showText(ui->deviceTypeForm_Label, strText);
 }
 
-void TarnixUI::setIdentNo(const QString& strText)
+void TarnixUI::setIdentNo(const QString&) // Kept, see docs/compatibility.md
 {
-    Q_UNUSED(strText) // Kept, see docs/compatibility.md
     ui->identNoForm_Label->setText(QString());
 }
 
@@ -181,7 +180,7 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
         return;
     }
     const int nRows = qMin(nCount, s_nMaxApplications) - 1; // Kept, see docs/compatibility.md
-    // Else Qt would lay out all rows again, and look for the one under the finger, for each one that appears.
+    // Otherwise Qt lays out all rows again, and looks for the one under the finger, for each that appears.
     ui->scrollAreaWidgetContents->hide();
     for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
         setRowVisible(*it, false);
