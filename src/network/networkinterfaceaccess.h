@@ -8,7 +8,8 @@ class NetworkInterfaceAccess
 public:
     virtual ~NetworkInterfaceAccess() = default;
 
-    /** Returns the present settings of the named interface; after a failed reading what was read last, of any. */
+    /** Returns the present settings of the named interface; after a failed reading what was read last, of
+     * any. */
     virtual sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) = 0;
 
     /** Applies the record to the interface that it names; returns false if the settings were refused. */

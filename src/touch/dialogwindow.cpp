@@ -73,7 +73,7 @@ void DialogWindow::prepare()
     m_pDialog->windowHandle()->installEventFilter(this);
     if (coversScreen()) {
         m_pDialog->windowHandle()->setFlag(Qt::FramelessWindowHint);
-        QTimer::singleShot(s_nAnswerMilliseconds, this, SLOT(onShown()));
+        QTimer::singleShot(0, this, SLOT(onShown()));
     }
 }
 
@@ -92,9 +92,15 @@ bool DialogWindow::passOn(QEvent* pEvent)
     return true;
 }
 
+// Only from here on the compositor's answer is read: a slow device may have taken long to come here.
+void DialogWindow::onShown()
+{
+    QTimer::singleShot(s_nAnswerMilliseconds, this, SLOT(onAnswerDue()));
+}
+
 // cage 0.2.0 never shows a window that has a parent unless it asks for the full screen. Other compositors
 // would paint the screen black around the dialog.
-void DialogWindow::onShown()
+void DialogWindow::onAnswerDue()
 {
     QWindow* pWindow = m_pDialog->windowHandle();
     if (m_pDialog->isVisible() && !pWindow->isExposed()) {

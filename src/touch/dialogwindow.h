@@ -35,6 +35,7 @@ public:
 
 private slots:
     void onShown();
+    void onAnswerDue();
 
 private:
     void prepare();
