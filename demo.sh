@@ -74,7 +74,7 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     display=()
     DISPLAY=:$(<"$work/display")
 elif [[ -z $pictures ]]; then
-    echo 'demo.sh: no X display opens a window (DISPLAY); nobody sees the panel, but --headless DIR makes pictures of it' >&2
+    echo 'demo.sh: no window, as DISPLAY names no X display that can be used; --headless DIR makes pictures instead' >&2
 fi
 [[ $platform != vnc ]] || platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960)) # 96 dpi
 environment=(QT_QPA_PLATFORM="$platform")

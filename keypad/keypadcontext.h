@@ -18,8 +18,8 @@ public:
     /** Returns true: the keypad needs nothing but Qt. */
     bool isValid() const override;
 
-    /** Opens the keypad for pObject, or closes it if pObject is null or takes no text; as all of this class
-     * does, once no finger is down and no list is open. */
+    /** Opens the keypad for pObject, or closes it if pObject is null or takes no text. This and the next two
+     * take effect soon, once no finger is down and no list is open. */
     void setFocusObject(QObject* pObject) override;
 
     /** Opens the keypad again if the object with the focus takes text. */

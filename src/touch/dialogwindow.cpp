@@ -85,7 +85,7 @@ bool DialogWindow::passOn(QEvent* pEvent)
         return false;
     }
     if (pEvent->type() == QEvent::ShortcutOverride) {
-        pEvent->accept(); // would close the list, and the key would come here
+        pEvent->accept(); // otherwise the list would close at once, and the dialog would get the key
     } else {
         QCoreApplication::sendEvent(pPopup->windowHandle(), pEvent);
     }
@@ -99,11 +99,15 @@ void DialogWindow::onShown()
 }
 
 // cage 0.2.0 never shows a window that has a parent unless it asks for the full screen. Other compositors
-// would paint the screen black around the dialog.
+// would paint the screen black around the dialog: one that has shown a dialog is never asked again.
 void DialogWindow::onAnswerDue()
 {
-    QWindow* pWindow = m_pDialog->windowHandle();
-    if (m_pDialog->isVisible() && !pWindow->isExposed()) {
-        pWindow->setWindowStates(Qt::WindowFullScreen);
+    static bool s_bShowsDialogs = false;
+    if (!m_pDialog->isVisible()) {
+        return;
+    }
+    s_bShowsDialogs |= m_pDialog->windowHandle()->isExposed();
+    if (!s_bShowsDialogs) {
+        m_pDialog->windowHandle()->setWindowStates(Qt::WindowFullScreen);
     }
 }

@@ -63,6 +63,9 @@ private slots:
         QVERIFY(oPanel.start());
         QVERIFY(!bViewer || startSession(oSession));
         QVERIFY(isSeen("MorvaWidget"));
+        oPanel.send("dQX 500/600\n");
+        QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "QX 500/600"), QString("QX 500/600"));
+        QVERIFY(isSeen("MorvaWidget"));
 
         oPanel.send("w1\n");
         QVERIFY(isSeen("winkHorWidget"));
