@@ -73,8 +73,10 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     keep+=(--keep /tmp/.X11-unix)
     display=()
     DISPLAY=:$(<"$work/display")
+elif [[ -z $pictures ]]; then
+    echo 'demo.sh: no window, as DISPLAY names no X display that can be used; --headless DIR makes pictures instead' >&2
 fi
-[[ $platform != vnc ]] || platform=vnc:size=$screen
+[[ $platform != vnc ]] || platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960)) # 96 dpi
 environment=(QT_QPA_PLATFORM="$platform")
 [[ -z $keyboard ]] || environment+=(QT_IM_MODULE=tarnixui-keypad)
 options=()

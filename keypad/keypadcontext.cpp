@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointer>
+#include <algorithm>
 
 namespace {
 
@@ -22,6 +23,14 @@ void type(QObject* pObject, int nKey, const QString& strText)
     }
 }
 
+bool isPopupOpen()
+{
+    const QWindowList oWindows = QGuiApplication::topLevelWindows();
+    return std::any_of(oWindows.begin(), oWindows.end(), [](const QWindow* pWindow) {
+        return pWindow->type() == Qt::Popup && pWindow->isVisible();
+    });
+}
+
 } // namespace
 
 bool KeypadContext::isValid() const
@@ -32,26 +41,33 @@ bool KeypadContext::isValid() const
 void KeypadContext::setFocusObject(QObject* pObject)
 {
     Q_UNUSED(pObject)
-    m_oFocusMoved.start(s_nSettleMilliseconds, this);
-}
-
-// What moves aside for the keypad must not move under a finger.
-void KeypadContext::timerEvent(QTimerEvent* pEvent)
-{
-    if (pEvent->timerId() == m_oFocusMoved.timerId() && QGuiApplication::mouseButtons() == Qt::NoButton) {
-        m_oFocusMoved.stop();
-        setVisible(inputMethodAccepted());
-    }
+    showInputPanel();
 }
 
 void KeypadContext::showInputPanel()
 {
-    setVisible(inputMethodAccepted());
+    m_bWanted = true;
+    m_oSettling.start(s_nSettleMilliseconds, this);
 }
 
 void KeypadContext::hideInputPanel()
 {
-    setVisible(false);
+    m_bWanted = false;
+    m_oSettling.start(s_nSettleMilliseconds, this);
+}
+
+// What moves aside for the keypad must not move under a finger, nor under its own open list.
+void KeypadContext::timerEvent(QTimerEvent* pEvent)
+{
+    if (pEvent->timerId() != m_oSettling.timerId() || QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return;
+    }
+    if (!isPopupOpen()) {
+        m_oSettling.stop();
+        setVisible(m_bWanted && inputMethodAccepted());
+    } else if (isInputPanelVisible()) {
+        m_pWindow->hide();
+    }
 }
 
 bool KeypadContext::isInputPanelVisible() const

@@ -18,8 +18,8 @@ public:
     /** Returns true: the keypad needs nothing but Qt. */
     bool isValid() const override;
 
-    /** Opens the keypad for pObject, or closes it if pObject is null or takes no text, once no finger is
-     * down. */
+    /** Opens the keypad for pObject, or closes it if pObject is null or takes no text. This and the next two
+     * take effect soon, once no finger is down and no list is open. */
     void setFocusObject(QObject* pObject) override;
 
     /** Opens the keypad again if the object with the focus takes text. */
@@ -35,7 +35,7 @@ public:
     QRectF keyboardRect() const override;
 
 protected:
-    /** Opens or closes the keypad after the focus has moved. */
+    /** Opens or closes the keypad; hides it below an open list. */
     void timerEvent(QTimerEvent* pEvent) override;
 
 private slots:
@@ -46,6 +46,7 @@ private:
     void setVisible(bool bVisible);
     void open(QObject* pObject, QWindow* pParent);
 
-    QBasicTimer m_oFocusMoved;
+    QBasicTimer m_oSettling;
+    bool m_bWanted = false;
     QPointer<KeypadWindow> m_pWindow; // null until it is opened first
 };

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int s_nGap = 2;
+constexpr int s_nDrift = 12;
 constexpr int s_nFirstRepeatMilliseconds = 500;
 constexpr int s_nRepeatMilliseconds = 100;
 constexpr QRgb s_nGround = 0xff1b2f3c;
@@ -79,14 +80,14 @@ void KeypadWindow::mousePressEvent(QMouseEvent* pEvent)
 
 void KeypadWindow::mouseMoveEvent(QMouseEvent* pEvent)
 {
-    if (keyAt(pEvent->pos()) != m_nPressed) {
+    if (!isOnPressedKey(pEvent->pos())) {
         press(-1);
     }
 }
 
 void KeypadWindow::mouseReleaseEvent(QMouseEvent* pEvent)
 {
-    const int nKey = keyAt(pEvent->pos()) == m_nPressed ? m_nPressed : -1;
+    const int nKey = isOnPressedKey(pEvent->pos()) ? m_nPressed : -1;
     press(-1);
     if (nKey >= 0) {
         tap(m_oKeys[nKey].oKey);
@@ -124,6 +125,13 @@ void KeypadWindow::tap(QChar oKey)
         emit tapped(m_bShift ? oKey.toUpper() : oKey);
         m_bShift = false;
     }
+}
+
+// A rolling finger may drift over the edge.
+bool KeypadWindow::isOnPressedKey(const QPoint& oPosition) const
+{
+    const QMargins oMargins(s_nDrift, s_nDrift, s_nDrift, s_nDrift);
+    return m_nPressed >= 0 && m_oKeys[m_nPressed].oRect.marginsAdded(oMargins).contains(oPosition);
 }
 
 int KeypadWindow::keyAt(const QPoint& oPosition) const

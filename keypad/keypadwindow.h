@@ -43,6 +43,7 @@ private:
     void setPage(eKeyPage ePage);
     void press(int nKey);
     void tap(QChar oKey);
+    bool isOnPressedKey(const QPoint& oPosition) const;
     int keyAt(const QPoint& oPosition) const;
     QString labelOf(const sKey& oKey) const;
 

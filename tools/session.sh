@@ -11,8 +11,14 @@ height=$(xwininfo -root | sed -n 's/^ *Height: //p')
 socket=$XDG_RUNTIME_DIR/wayland-0
 rm -f "$socket"*
 
-fnAwait() { # COMMAND...: until it succeeds
-    until "$@"; do sleep 0.1; done
+fnAwait() { # COMMAND...: until it succeeds or what was started has ended
+    until "$@"; do
+        if ! kill -0 $! 2>/dev/null; then
+            cat /tmp/session.log >&2
+            exit 1
+        fi
+        sleep 0.1
+    done
 }
 
 fnStart() { # COMMAND...: beside this script, and no longer than it

@@ -5,7 +5,6 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
-#include <sstream>
 
 namespace {
 
@@ -36,9 +35,8 @@ bool datetimesettings::serverFromText(const QString& strText, QString& strAddres
         return false;
     }
     try {
-        std::istringstream oStream(strText.toLatin1().toStdString());
         json::Object oRoot;
-        json::Reader::Read(oRoot, oStream);
+        json::Reader::Read(oRoot, strText.toLatin1().toStdString());
         serverFromObject(oRoot, strAddress);
         return true; // Kept, see docs/compatibility.md
     } catch (const json::Reader::ParseException& e) {

@@ -34,12 +34,12 @@ void ToolProcess::startScript(const QString& strScript)
 
 QString ToolProcess::takeText()
 {
-    const QString strText = QString::fromLatin1(readAllStandardOutput().constData()).left(m_nOutputLeft);
-    m_nOutputLeft -= strText.size();
+    const QByteArray oOutput = readAllStandardOutput().left(m_nOutputLeft);
+    m_nOutputLeft -= oOutput.size();
     if (m_nOutputLeft == 0) {
         killGroup();
     }
-    return strText;
+    return QString::fromLatin1(oOutput.constData());
 }
 
 void ToolProcess::close()

@@ -21,11 +21,11 @@ public:
     /** Starts the shell with a script as its argument; does nothing if the script is empty. */
     void startScript(const QString& strScript);
 
-    /** Changes how much of the output is used: 4096 characters at first. */
+    /** Changes how much of the output is used: 4096 bytes at first. */
     void setMaxOutput(int nMaxOutput) { m_nOutputLeft = nMaxOutput; }
 
     /**
-     * Returns what the tool has written since the last call, as Latin-1 and up to the first NUL.
+     * Returns what the tool has written since the last call, as Latin-1 and up to the first NUL in it.
      *
      * With all the output that is used, the tool is killed with all that it has started.
      */

@@ -38,7 +38,7 @@ private:
     void WriteByte(char c);
 
     std::ostream& m_ostr;
-    [[maybe_unused]] int m_nTabDepth = 0;
+    [[maybe_unused]] int m_nTabDepth = 0; // Kept, see docs/compatibility.md
     std::streambuf& m_Buffer;
     bool m_bFailed = false;
 };

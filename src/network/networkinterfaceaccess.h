@@ -8,9 +8,16 @@ class NetworkInterfaceAccess
 public:
     virtual ~NetworkInterfaceAccess() = default;
 
-    /** Returns the present settings of the named interface; empty texts if they cannot be read. */
+    /**
+     * Returns the present settings of the named interface. If they cannot be read, they are those read last,
+     * maybe of another interface; all empty without a bus.
+     */
     virtual sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) = 0;
 
-    /** Applies the record to the interface that it names; returns false if the settings were refused. */
+    /**
+     * Sends the record to the service as the settings of the interface that it names.
+     *
+     * Returns false if the service is away or does not know the interface; a later refusal is not reported.
+     */
     virtual bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) = 0;
 };

@@ -27,7 +27,8 @@ NetworkSettingsDialog::NetworkSettingsDialog(const QList<sNetworkInterfaceDetail
     connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(start()));
     connect(ui->applyButton, SIGNAL(clicked()), this, SLOT(onApplyClicked()));
     connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(stop()));
-    connect(this, SIGNAL(settingsApplied()), pBusyMark, SLOT(showTaken()));
+    // Comes after the refresh of the panel, which can take longer than the tick is shown.
+    connect(this, SIGNAL(settingsApplied()), pBusyMark, SLOT(showTaken()), Qt::QueuedConnection);
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
     populateUI(oInterfacesList, strInterfaceName);
 }

@@ -164,9 +164,8 @@ void TarnixUI::setDeviceType(const QString& strText)
     showText(ui->deviceTypeForm_Label, strText);
 }
 
-void TarnixUI::setIdentNo(const QString& strText)
+void TarnixUI::setIdentNo(const QString&) // Kept, see docs/compatibility.md
 {
-    Q_UNUSED(strText) // Kept, see docs/compatibility.md
     ui->identNoForm_Label->setText(QString());
 }
 
@@ -181,7 +180,7 @@ void TarnixUI::setNumberOfAppsinUI(int nCount)
         return;
     }
     const int nRows = qMin(nCount, s_nMaxApplications) - 1; // Kept, see docs/compatibility.md
-    // Else Qt would lay out all rows again, and look for the one under the finger, for each one that appears.
+    // Otherwise Qt lays out all rows again, and looks for the one under the finger, for each that appears.
     ui->scrollAreaWidgetContents->hide();
     for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
         setRowVisible(*it, false);

@@ -131,6 +131,6 @@ private:
     QPointer<DateTimeDialog> m_pDateTimeDlg;
     QPointer<NetworkSettingsDialog> m_pNetworkDlg;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
-    QString m_strDeviceName;
+    QString m_strDeviceName; // Kept, see docs/compatibility.md
     Tap m_oTap;
 };

@@ -226,9 +226,12 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
     int nBegin = 0;
     for (quint8& nByte : macAddress) {
         const int nColon = strMac.indexOf(QLatin1Char(':'), nBegin);
-        const int nEnd = nColon < 0 ? strMac.size() : nColon;
-        nByte = static_cast<quint8>(strMac.midRef(nBegin, nEnd - nBegin).toInt(nullptr, 16));
-        nBegin = std::min(nEnd + 1, strMac.size());
+        const int nLength = nColon < 0 ? -1 : nColon - nBegin;
+        nByte = static_cast<quint8>(strMac.midRef(nBegin, nLength).toInt(nullptr, 16));
+        if (nColon < 0) {
+            break; // Kept, see docs/compatibility.md
+        }
+        nBegin = nColon + 1;
     }
 }
 

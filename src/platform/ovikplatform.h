@@ -164,7 +164,7 @@ private:
     ComQuenOVIKNetworkManagerInterface* m_networkManager = nullptr;
     ComQuenOVIKServiceManagerInterface* m_serviceManager = nullptr;
     quint32 version = 0;
-    QString deviceName;
+    QString deviceName; // Kept, see docs/compatibility.md
     quint8 macAddress[6] = {};
     quint32 ipAddress = 0;
     quint32 netMask = 0;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int s_nGrid = 6;        // all distances are multiples of it
 constexpr int s_nFieldFrame = 16; // border and padding, as in the style sheet
-constexpr int s_oTargets[] = {48, 40};
+constexpr int s_aTargets[] = {48, 40};
 
 // Returns what an on-screen keyboard leaves of the screen; null without a screen.
 QRect visibleRect()
@@ -103,7 +103,7 @@ void DialogPlacement::fitTargets(const QFont& oFont)
 {
     const QSize oInitial = m_pDialog->size();
     const QSize oScreen = visibleRect().size();
-    for (const int nTarget : s_oTargets) {
+    for (const int nTarget : s_aTargets) {
         m_pDialog->setStyleSheet(touchSheet(nTarget, oFont));
         refreshHints();
         fitDateFields(nTarget);
@@ -146,7 +146,7 @@ void DialogPlacement::fitDateFields(int nTarget)
     }
 }
 
-// Else the hints would be those of the look before, until the dialog is shown.
+// Otherwise the hints would be those of the look before, until the dialog is shown.
 void DialogPlacement::refreshHints()
 {
     const QList<QWidget*> oWidgets = m_pDialog->findChildren<QWidget*>();

@@ -5,7 +5,7 @@
 class QEvent;
 
 /**
- * Tells the taps of a finger from all else that it does: a tap is a press and a release within a few
+ * Recognises the taps of a finger among all else that it does: a tap is a press and a release within a few
  * millimetres.
  *
  * It looks at the pointer only, so it does not matter what scrolls, or whether anything does.

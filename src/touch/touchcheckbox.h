@@ -7,7 +7,7 @@
 class QCheckBox;
 
 /**
- * Makes all of a check box obey a finger, also what lies beside its text.
+ * Makes all of a check box usable with a finger, also what lies beside its text.
  *
  * Belongs to the check box and lives as long as it.
  */

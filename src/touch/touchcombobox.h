@@ -7,8 +7,8 @@
 class QComboBox;
 
 /**
- * Makes a combo box obey a finger: a tap opens its list, while a drag that starts on it does not; the list is
- * a TouchList.
+ * Makes a combo box usable with a finger: a tap opens its list, while a drag that starts on it does not; the
+ * list is a TouchList.
  *
  * Belongs to the combo box and lives as long as it.
  */

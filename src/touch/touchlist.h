@@ -8,7 +8,7 @@
 class QAbstractItemView;
 
 /**
- * Makes a list obey a finger: a drag scrolls it and chooses nothing, a tap chooses.
+ * Makes a list usable with a finger: a drag scrolls it and chooses nothing, a tap chooses.
  *
  * Belongs to the list and lives as long as it.
  */

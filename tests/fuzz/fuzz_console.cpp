@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QRegularExpression>
+#include <cstdint>
 #include <iostream>
 #include <sys/ioctl.h>
 #include <unistd.h>

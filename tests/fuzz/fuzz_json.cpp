@@ -3,6 +3,8 @@
 #include "network/oviknetworkmanager.h"
 #include "json/jsontext.h"
 
+#include <cstdint>
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     const std::string sInput(pData, pData + nSize);

@@ -1,8 +1,10 @@
 #include "keylayout.h"
 #include "support/panelprocess.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QScreen>
@@ -60,10 +62,11 @@ private slots:
         auto* pLayout = new QVBoxLayout(&oDialog);
         auto* pAddress = new QLineEdit("1.2.3.4");
         pAddress->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
-        auto* pName = new QLineEdit;
+        auto* pName = new QComboBox;
+        pName->setEditable(true);
+        pName->addItems({"", "One"});
         auto* pCheckBox = new QCheckBox("No text");
-        for (QWidget* pWidget : {static_cast<QWidget*>(pCheckBox), static_cast<QWidget*>(pAddress),
-                                 static_cast<QWidget*>(pName)}) {
+        for (QWidget* pWidget : std::initializer_list<QWidget*>{pCheckBox, pAddress, pName}) {
             pLayout->addWidget(pWidget);
         }
         oDialog.move(0, 0);
@@ -71,28 +74,38 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&oDialog));
         const QInputMethod* pInputMethod = QGuiApplication::inputMethod();
 
-        tap(pAddress);
+        tap(rightOf(pAddress));
         QTRY_VERIFY(pInputMethod->isVisible());
         QCOMPARE(pInputMethod->keyboardRectangle().toRect().bottomRight(),
                  QGuiApplication::primaryScreen()->geometry().bottomRight());
-        hold(placeOf(key::s_cDelete, eKeyPage_Numbers));
+        press(placeOf(key::s_cDelete, eKeyPage_Numbers));
         QTRY_COMPARE(pAddress->text(), QString());
+        point("mouseup 1");
         type(eKeyPage_Numbers, "10.0.0.77");
         QTRY_COMPARE(pAddress->text(), QString("10.0.0.77"));
-        QVERIFY(pAddress->hasFocus());
 
-        tap(pName);
+        tap(pName->mapToGlobal({10, 10}));
         type(eKeyPage_Letters, "\ta");
+        const QPoint oEdge = (placeOf('a', eKeyPage_Letters) + placeOf('s', eKeyPage_Letters)) / 2;
+        press(oEdge - QPoint(4, 0));
+        point("mousemove_relative 10 0 mouseup 1"); // a finger drifts
         type(eKeyPage_Letters, "b\f");
         type(eKeyPage_Signs, "/7_+-\b");
-        QTRY_COMPARE(pName->text(), QString("Ab/7_+"));
-        type(eKeyPage_Signs, "\r");
-        QTRY_VERIFY(!pInputMethod->isVisible());
-        tap(pName);
+        QTRY_COMPARE(pName->currentText(), QString("Aab/7_+"));
+        tap(rightOf(pName)); // opens its list
+        QTRY_VERIFY(pName->view()->isVisible() && !pInputMethod->isVisible());
+        QTest::keyClick(pName->view(), Qt::Key_Escape);
+        tap(rightOf(pAddress));
         QTRY_VERIFY(pInputMethod->isVisible());
-        tap(pCheckBox);
+        press(rightOf(pCheckBox));
+        QVERIFY(pCheckBox->hasFocus() && pInputMethod->isVisible()); // until the finger is lifted
+        point("mouseup 1");
         QTRY_VERIFY(!pInputMethod->isVisible());
-        tap(pName);
+        tap(rightOf(pAddress));
+        QTRY_VERIFY(pInputMethod->isVisible());
+        type(eKeyPage_Numbers, "\r");
+        QTRY_VERIFY(!pInputMethod->isVisible());
+        tap(rightOf(pAddress));
         QTRY_VERIFY(pInputMethod->isVisible());
         oDialog.hide();
         QTRY_VERIFY(!pInputMethod->isVisible());
@@ -105,21 +118,19 @@ private:
         QTest::qWait(200); // the keypad comes after the finger has left the field
     }
 
+    static void press(const QPoint& oPoint)
+    {
+        point(QString("mousemove %1 %2 mousedown 1").arg(oPoint.x()).arg(oPoint.y()));
+    }
+
     static void tap(const QPoint& oPoint)
     {
         point(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
     }
 
-    static void tap(const QWidget* pWidget)
+    static QPoint rightOf(const QWidget* pWidget)
     {
-        tap(pWidget->mapToGlobal(QPoint(pWidget->width() - 10, pWidget->height() / 2)));
-    }
-
-    static void hold(const QPoint& oPoint)
-    {
-        point(QString("mousemove %1 %2 mousedown 1").arg(oPoint.x()).arg(oPoint.y()));
-        QTest::qWait(2500);
-        point("mouseup 1");
+        return pWidget->mapToGlobal(QPoint(pWidget->width() - 10, pWidget->height() / 2));
     }
 
     static void type(eKeyPage ePage, const char* szKeys)

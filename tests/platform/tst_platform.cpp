@@ -170,8 +170,9 @@ private slots:
         QVERIFY(startService());
         QCOMPARE(platform().GetIpAddressAsString(), QString("0.0.0.0"));
         for (const char* szName : std::initializer_list<const char*>{"eth1", "", nullptr}) {
+            QVERIFY(platform().SetInterfaceName("eth0") && platform().UpdateNetworkSettings());
             QVERIFY(platform().SetInterfaceName("eth1") && platform().UpdateNetworkSettings());
-            QCOMPARE(cached(), "192.168.2.20 fffffe00 c0a80201 00:00:00:00:00:00 DHCP");
+            QCOMPARE(cached(), "192.168.2.20 fffffe00 c0a80201 00:0a:1b:2c:3d:4e DHCP");
             QVERIFY(platform().SetInterfaceName(szName) && setWorld("slow", "400"));
             QCOMPARE(platform().GetIpAddress(), 0xc0a80214U);
             QVERIFY(platform().UpdateNetworkSettings() && setWorld("well"));
@@ -192,10 +193,10 @@ private slots:
         QTest::newRow(
             R"(malformed-json {"name":"eth0","mac_address":"1:2","dhcp":true,"ip_address":"1.2.3.4",)"
             R"("version":1,"interfaces":[{"name":"a","actual_ip_address":"10.0.0.1"}]})")
-            << "0.0.0.0 0 0 01:02:00:00:00:00 DHCP ";
+            << "0.0.0.0 0 0 01:02:1b:2c:3d:4e DHCP ";
         for (const char* szWorld : {R"(malformed-json {"name")", R"(malformed-json {"interfaces":[]})",
                                     "wrong-types json", "wrong-types", "errors", "silent", "absent"}) {
-            QTest::newRow(szWorld) << (*szWorld == 'm' ? "0.0.0.0 0 0 00:00:00:00:00:00 "
+            QTest::newRow(szWorld) << (*szWorld == 'm' ? "0.0.0.0 0 0 00:0a:1b:2c:3d:4e "
                                                        : "10.1.2.3 ffffff00 c0a80101 00:0a:1b:2c:3d:4e ");
         }
     }

@@ -20,7 +20,8 @@ QRect sWidget::rect(const QString& strMember) const
 Display::Display(const QSize& oSize)
 {
     const QString strScreen = QString("%1x%2x24").arg(oSize.width()).arg(oSize.height());
-    m_strName = ":" + m_oServer.startAndReadLine("Xvfb", {"-screen", "0", strScreen, "-displayfd", "1"});
+    const QStringList oArguments = {"-screen", "0", strScreen, "-noreset", "-displayfd", "1"};
+    m_strName = ":" + m_oServer.startAndReadLine("Xvfb", oArguments);
 }
 
 bool Display::pointer(const QString& strCommand) const
