@@ -76,7 +76,9 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
 elif [[ -z $pictures ]]; then
     echo 'demo.sh: no window, as DISPLAY names no X display that can be used; --headless DIR makes pictures instead' >&2
 fi
-[[ $platform != vnc ]] || platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960)) # 96 dpi
+if [[ $platform == vnc ]]; then # at 96 dpi
+    platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960))
+fi
 environment=(QT_QPA_PLATFORM="$platform")
 [[ -z $keyboard ]] || environment+=(QT_IM_MODULE=tarnixui-keypad)
 options=()

@@ -50,7 +50,7 @@ fnAwait 'the message bus' test -S /tmp/system-bus
 export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
 if [[ -n $build ]]; then
     "$build/simulator/ovik-simulator" --system --lease-delay 5000 >/tmp/ovik-simulator.log &
-    fnAwait 'the platform service' grep -q ready /tmp/ovik-simulator.log
+    fnAwait 'the platform service' grep -qs ready /tmp/ovik-simulator.log
 fi
 if [[ -n $screen ]]; then
     Xvfb -screen 0 "${screen}x24" -noreset -nolisten tcp -displayfd 3 3>/tmp/display 2>/tmp/xvfb.log &

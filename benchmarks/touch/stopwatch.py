@@ -86,7 +86,7 @@ class Program:
         self.settle()
 
     def measure_flick(self, title):
-        """Measures the time between two frames while the rows move on, which they still do afterwards."""
+        """Measures the time between two frames while the rows move on after a flick."""
         frames = 20
         self.find("deviceTypeForm_Label")
         self.order("press deviceTypeForm_Label -")
@@ -99,6 +99,7 @@ class Program:
             end = self.order("await - scrollAreaWidgetContents")[1]
         figures = [(end - begin) / 1e6, self.processor_time() - used]
         self.results.setdefault(title, []).append([figure / frames for figure in figures])
+        self.settle()
 
     def settle(self):
         """Waits until the program is at rest."""
