@@ -26,9 +26,8 @@ bool hasTextColor(const QWidget* pWidget, const QColor& oColor)
 
 void setTextColor(QWidget* pWidget, const QColor& oColor)
 {
-    if (hasTextColor(pWidget,
-                     oColor)) { // a palette for each label would take a fifth of the time that rows take
-        return;
+    if (hasTextColor(pWidget, oColor)) {
+        return; // a palette for each label would take a fifth of the time that rows take
     }
     QPalette oPalette = pWidget->palette();
     oPalette.setColor(QPalette::WindowText, oColor);

@@ -11,8 +11,8 @@ class QModelIndex;
  * Lists the entries of an editable combo box that contain what is typed; a tap on one chooses it.
  *
  * The tap that gives the field the focus selects its text, so that typing replaces it. What is typed stays as
- * it is until an entry is tapped. The list is no pop-up: an on-screen keyboard can be used on while
- * it is shown. Belongs to the combo box and lives as long as it.
+ * it is until an entry is tapped. The list is no pop-up: an on-screen keyboard can be used on while it is
+ * shown. Belongs to the combo box and lives as long as it.
  */
 class ChoiceFinder : public QObject
 {

@@ -20,8 +20,7 @@ QImage withoutPointer(QImage oScreen)
 
 } // namespace
 
-/** The real panel on the displays of devices: compares the screen with what the
- * panel's windows paint. */
+/** The real panel on the displays of devices: compares the screen with what the panel's windows paint. */
 class TestDisplay : public QObject
 {
     Q_OBJECT
@@ -76,8 +75,7 @@ private slots:
         QVERIFY(isAboveButBelowOverlay("NetworkSettingsDialog"));
         oPanel.send("w1\n");
         QVERIFY(isSeen("winkHorWidget"));
-        tap("ipAddress_LineEdit"); // fingers and keys reach what is below the
-                                   // overlay
+        tap("ipAddress_LineEdit"); // fingers and keys reach what is below the overlay
         QVERIFY(oOverlay.contains(centre("ipAddress_LineEdit")));
         QVERIFY(oDisplay.pointer("key ctrl+a type 10.0.0.77"));
         QCOMPARE(oPanel.waitForText("ipAddress_LineEdit", "10.0.0.77"), QString("10.0.0.77"));

@@ -100,7 +100,8 @@ class Panel:
         pages = int(open(process + "/statm", encoding="ascii").read().split()[1])
         children = [open(path, encoding="ascii").read() for path in glob.glob(process + "/task/*/children")]
         return {"QObjects": counts["objects"], "timers": counts["timers"],
-                "descriptors": len(os.listdir(process + "/fd")), "threads": len(os.listdir(process + "/task")), "children": len(" ".join(children).split()),
+                "descriptors": len(os.listdir(process + "/fd")), "threads": len(os.listdir(process + "/task")),
+                "children": len(" ".join(children).split()),
                 "heap KiB": counts["heap"] // 1024, "resident KiB": pages * os.sysconf("SC_PAGESIZE") // 1024}
 
     def leave(self):
