@@ -78,7 +78,7 @@ if [[ $QT_QPA_PLATFORM == wayland ]]; then
     fnSession weston-kiosk
     export WAYLAND_DISPLAY=wayland-0
 fi
-export QT_PLUGIN_PATH=$build/tests/plugins:$build/keypad QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
+export QT_PLUGIN_PATH=$build/tools/plugins:$build/keypad QT_QPA_GENERIC_PLUGINS=probe:/tmp/probe
 coproc PANEL { exec "$build/src/tarnixUI" 2>"$log"; }
 panel=$PANEL_PID
 exec {output}<&"${PANEL[0]}" {commands}>&"${PANEL[1]}"

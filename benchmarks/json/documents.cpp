@@ -1,6 +1,6 @@
 #include "documents.h"
 
-#include "network/oviknetworkmanager.h"
+#include "platform/oviknetworkmanager.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "network/oviknetworkmanager.h"
+#include "platform/oviknetworkmanager.h"
 
 #include <QDBusConnection>
 #include <QHostAddress>

@@ -1,10 +1,10 @@
 #include "touch/dialogplacement.h"
 
-#include "touch/dialogwindow.h"
 #include "touch/formarea.h"
 #include "touch/touchcheckbox.h"
 #include "touch/touchcombobox.h"
 #include "touch/touchsheet.h"
+#include "window/dialogwindow.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "wink/winkoverlay.h"
 
 #include "platform/ovikplatform.h"
-#include "wink/overlaywindow.h"
+#include "window/overlaywindow.h"
 
 #include <QEvent>
 #include <QGuiApplication>

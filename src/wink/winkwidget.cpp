@@ -1,6 +1,6 @@
 #include "wink/winkwidget.h"
 
-#include "wink/overlaywindow.h"
+#include "window/overlaywindow.h"
 
 #include <QGuiApplication>
 #include <QScreen>

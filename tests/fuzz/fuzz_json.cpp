@@ -1,6 +1,6 @@
 // Reads any bytes as a document and as a network configuration. What can be read must come out of a second
 // round trip as the same text.
-#include "network/oviknetworkmanager.h"
+#include "platform/oviknetworkmanager.h"
 #include "json/jsontext.h"
 
 #include <cstdint>

@@ -28,7 +28,7 @@ def start(command, **options):
     """Starts the panel with the probe, waits until it has painted, and returns its process."""
     program = os.path.realpath(command[-1])
     probe = {"QT_QPA_PLATFORM": "xcb", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
-             "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tests/plugins"}
+             "QT_PLUGIN_PATH": os.path.dirname(os.path.dirname(program)) + "/tools/plugins"}
     os.mkfifo("/tmp/tarnixUI")
     process = subprocess.Popen(command, stdin=subprocess.PIPE, env={**os.environ, **probe}, bufsize=0, **options)
     with open("/tmp/tarnixUI", encoding="ascii") as pipe:

@@ -1,4 +1,4 @@
-#include "wink/overlaywindow.h"
+#include "window/overlaywindow.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>

@@ -1,4 +1,4 @@
-#include "touch/dialogwindow.h"
+#include "window/dialogwindow.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,6 +1,6 @@
-#include "network/oviknetworkmanager.h"
+#include "platform/oviknetworkmanager.h"
 
-#include "network/jsonfields.h"
+#include "platform/jsonfields.h"
 
 #include <QDebug>
 

@@ -1,4 +1,4 @@
-#include "network/oviknetworkmanager.h"
+#include "platform/oviknetworkmanager.h"
 
 #include "json/jsontext.h"
 

@@ -1,4 +1,4 @@
-#include "network/jsonfields.h"
+#include "platform/jsonfields.h"
 
 #include "json/reader.h"
 #include "json/writer.h"

@@ -1,6 +1,6 @@
-#include "network/bridgeservice.h"
+#include "platform/bridgeservice.h"
 
-#include "network/jsonfields.h"
+#include "platform/jsonfields.h"
 
 #include <QDebug>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "network/bridgeservice.h"
+#include "platform/bridgeservice.h"
 
 #include "json/elements.h"
 
