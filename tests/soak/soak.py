@@ -14,7 +14,8 @@ import sys
 import time
 
 from commands import FIELDS, Commands
-from panel import TOOLS, Fault, Panel, fail, wait
+from watchedpanel import TOOLS, Panel
+from panel import Fault, fail, wait
 
 LAUNCHES = "/tmp/kadconfig-app.log"
 DIALOGS = ("NetworkSettingsDialog", "DateTimeDialog")

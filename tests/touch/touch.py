@@ -13,8 +13,10 @@ import subprocess
 import sys
 import time
 
-sys.path.insert(0, os.path.realpath(os.path.dirname(__file__) + "/../soak"))
-from panel import TOOLS, Finger, start, wait  # noqa: E402
+TOOLS = os.path.realpath(os.path.dirname(__file__) + "/../../tools")
+sys.path.insert(0, TOOLS)
+from finger import Finger  # noqa: E402
+from panel import start, wait  # noqa: E402
 
 ADDRESS, NEXT_ADDRESS, LAST_ADDRESS = "10.0.0.101", "10.0.0.100", "10.0.0.110"  # the order is eth1, eth0, eth3, ...
 
