@@ -8,10 +8,8 @@ class NetworkInterfaceAccess
 public:
     virtual ~NetworkInterfaceAccess() = default;
 
-    /**
-     * Returns the present settings of the named interface. If they cannot be read, they are those read last,
-     * maybe of another interface; all empty without a bus.
-     */
+    /** Returns the current settings of the named interface; if they cannot be read, those last read of it, or
+     * empty texts. */
     virtual sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) = 0;
 
     /**

@@ -20,13 +20,15 @@ QString macText(const OVIKPlatform* pPlatform)
 
 } // namespace
 
-sNetworkInterfaceDetails readInterfaceSettings(const QString& strName)
+sNetworkInterfaceDetails InterfaceSettings::read(const QString& strName)
 {
     OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
-    sNetworkInterfaceDetails oDetails;
-    if (!pPlatform->SetInterfaceName(strName.toLatin1().constData()) || !pPlatform->UpdateNetworkSettings()) {
-        return oDetails;
+    // The platform client's one cache may hold another interface.
+    if (!pPlatform->SetInterfaceName(strName.toLatin1().constData()) || !pPlatform->UpdateNetworkSettings() ||
+        !pPlatform->HasReadNetworkSettings()) {
+        return m_oLastRead.value(strName);
     }
+    sNetworkInterfaceDetails& oDetails = m_oLastRead[strName];
     oDetails.m_strName = strName;
     oDetails.m_strMacId = macText(pPlatform);
     oDetails.m_bISDHCP = pPlatform->GetDHCP();
@@ -36,7 +38,7 @@ sNetworkInterfaceDetails readInterfaceSettings(const QString& strName)
     return oDetails;
 }
 
-QList<sNetworkInterfaceDetails> readAllInterfaceSettings()
+QList<sNetworkInterfaceDetails> InterfaceSettings::readAll()
 {
     QList<sNetworkInterfaceDetails> oList;
     const QList<QNetworkInterface> oInterfaces = QNetworkInterface::allInterfaces();
@@ -45,14 +47,14 @@ QList<sNetworkInterfaceDetails> readAllInterfaceSettings()
             oInterface.flags().testFlag(QNetworkInterface::IsLoopBack)) {
             continue;
         }
-        sNetworkInterfaceDetails oDetails = readInterfaceSettings(oInterface.name());
+        sNetworkInterfaceDetails oDetails = read(oInterface.name());
         oDetails.m_strName = oInterface.name(); // also while the service is absent: blocks are kept by name
         oList.append(oDetails);
     }
     return oList;
 }
 
-bool writeInterfaceSettings(const sNetworkInterfaceDetails& oDetails)
+bool InterfaceSettings::write(const sNetworkInterfaceDetails& oDetails)
 {
     OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
     if (!pPlatform->SetInterfaceName(oDetails.m_strName.toLatin1().constData())) {
@@ -65,7 +67,7 @@ bool writeInterfaceSettings(const sNetworkInterfaceDetails& oDetails)
     return pPlatform->SetNetworkSettings();
 }
 
-QList<sNetworkInterfaceDetails> testInterfaceSettings()
+QList<sNetworkInterfaceDetails> InterfaceSettings::testDetails()
 {
     // Kept, see docs/compatibility.md
     QList<sNetworkInterfaceDetails> oList;

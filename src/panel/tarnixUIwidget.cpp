@@ -4,7 +4,6 @@
 #include "network/networksettingsdialog.h"
 #include "panel/configurationapp.h"
 #include "panel/console.h"
-#include "panel/interfacesettings.h"
 #include "panel/panelinfo.h"
 #include "panel/panelstyle.h"
 #include "panel/plainlabel.h"
@@ -294,22 +293,22 @@ QList<sNetworkInterfaceDetails> TarnixUI::getNetworkInterfacesList()
 
 QList<sNetworkInterfaceDetails> TarnixUI::getSystemNetworkInterfaceDetails()
 {
-    return readAllInterfaceSettings();
+    return m_oInterfaceSettings.readAll();
 }
 
 sNetworkInterfaceDetails TarnixUI::getInterfaceDetails(const QString& strName)
 {
-    return readInterfaceSettings(strName);
+    return m_oInterfaceSettings.read(strName);
 }
 
 bool TarnixUI::setInterfaceDetails(const sNetworkInterfaceDetails& oDetails)
 {
-    return writeInterfaceSettings(oDetails);
+    return InterfaceSettings::write(oDetails);
 }
 
 QList<sNetworkInterfaceDetails> TarnixUI::getTestInterfaceDetails()
 {
-    return testInterfaceSettings();
+    return InterfaceSettings::testDetails();
 }
 
 void TarnixUI::onNetworkTimerTimedOut()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "network/networkinterfaceaccess.h"
+#include "panel/interfacesettings.h"
 #include "panel/panelstyle.h"
 #include "panel/rowlabels.h"
 #include "touch/tap.h"
@@ -69,10 +70,10 @@ public:
     /** Returns the details of the interfaces that the panel shows: getSystemNetworkInterfaceDetails(). */
     QList<sNetworkInterfaceDetails> getNetworkInterfacesList();
 
-    /** Returns readAllInterfaceSettings(). */
+    /** Returns InterfaceSettings::readAll(). */
     QList<sNetworkInterfaceDetails> getSystemNetworkInterfaceDetails();
 
-    /** Returns testInterfaceSettings(). */
+    /** Returns InterfaceSettings::testDetails(). */
     static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
     /** Watches the rows for taps, which open a dialog soon after; see QObject::eventFilter. Returns true for
@@ -87,10 +88,10 @@ protected:
     void closeEvent(QCloseEvent* pEvent) override;
 
 public:
-    /** Returns readInterfaceSettings() of the named interface. */
+    /** Returns InterfaceSettings::read() of the named interface. */
     sNetworkInterfaceDetails getInterfaceDetails(const QString& strName) final;
 
-    /** Returns writeInterfaceSettings() of the record. */
+    /** Returns InterfaceSettings::write() of the record. */
     bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) final;
 
 private slots:
@@ -132,5 +133,6 @@ private:
     QPointer<NetworkSettingsDialog> m_pNetworkDlg;
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName; // Kept, see docs/compatibility.md
+    InterfaceSettings m_oInterfaceSettings;
     Tap m_oTap;
 };

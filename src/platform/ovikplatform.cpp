@@ -204,15 +204,22 @@ bool OVIKPlatform::SetDHCP(bool bDHCP)
 
 bool OVIKPlatform::UpdateNetworkSettings()
 {
+    m_bHasReadSettings = false;
     if (!isConnectedOrInit()) {
         return false;
     }
     Interface oInterface;
-    if (readReply(m_networkManager->getInterfaceConfig(ifName), oInterface)) {
+    m_bHasReadSettings = readReply(m_networkManager->getInterfaceConfig(ifName), oInterface);
+    if (m_bHasReadSettings) {
         cacheSettings(oInterface);
     }
     // Kept, see docs/compatibility.md
     return true;
+}
+
+bool OVIKPlatform::HasReadNetworkSettings() const
+{
+    return m_bHasReadSettings;
 }
 
 void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oInterface)

@@ -93,9 +93,13 @@ public:
      * the reply lacks gets its default: no address, DHCP off; so do all fields when the reply is no JSON
      * object. Returns false without a connection. Returns true, and leaves the cache with the settings read
      * before, when the service replies with an error, or with JSON that has a value of another type than its
-     * key asks for.
+     * key asks for; HasReadNetworkSettings() tells these apart from a success.
      */
     bool UpdateNetworkSettings();
+
+    /** Returns whether the last UpdateNetworkSettings() has read the settings of the interface selected then.
+     * Otherwise the cache may hold those of another one. */
+    bool HasReadNetworkSettings() const;
 
     /**
      * Writes the cached addresses and DHCP flag of the selected interface to the service and has it apply
@@ -172,4 +176,5 @@ private:
     QString ifName = QStringLiteral("eth0");
     bool dhcp = false;
     QString m_deviceName;
+    bool m_bHasReadSettings = false;
 };

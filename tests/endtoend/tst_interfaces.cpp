@@ -45,17 +45,29 @@ private slots:
         const auto fnShown = [&] { return oPanel.namelessTexts().join('|'); };
 
         // A block for each interface but loopback and CAN, without addresses while there is no service.
-        const QString strEmpty = "IP Address:|Subnet Mask:|Std. Gateway:|0.0.0.0|0.0.0.0|0.0.0.0";
-        QCOMPARE(fnShown(), strEmpty + "|" + strEmpty);
+        const auto fnRows = [](const QString& strEth0, const QString& strEth1) {
+            const QString strCaptions = "IP Address:|Subnet Mask:|Std. Gateway:|";
+            return strCaptions + strEth1 + '|' + strCaptions + strEth0; // the system reports eth1 first
+        };
+        QCOMPARE(fnShown(), fnRows("||", "||"));
 
+        // What cannot be read never gets the values of another interface, and keeps its own.
+        const QString strEth0 = "192.168.1.20|255.255.255.0|192.168.1.1";
+        const QString strEth1 = "DHCP||"; // on, but without a lease yet
+        const std::tuple<const char*, const char*, QString> aRefreshes[] = {
+            {"unknown-interface", "eth0", fnRows("||", strEth1)},
+            {"well", "", fnRows(strEth0, strEth1)},
+            {"unknown-interface", "eth0", fnRows(strEth0, strEth1)},
+            {"errors", "", fnRows(strEth0, strEth1)}};
         SimulatorProcess oService;
         QVERIFY(oService.start(oBus) && oService.setDocument(s_strDocument));
-        QTRY_VERIFY_WITH_TIMEOUT(fnShown().contains("192.168.1.20|255.255.255.0|192.168.1.1"), 20000);
-        QTRY_VERIFY(fnShown().contains("DHCP||")); // on, but without a lease yet
-
-        // Each further refresh asks for each interface once.
-        const int nCalls = oService.calls().size();
-        QTRY_COMPARE_WITH_TIMEOUT(oService.calls().size(), nCalls + 2, 20000);
+        for (const auto& [szWorld, szArgument, strShown] : aRefreshes) {
+            QVERIFY(SimulatorProcess::succeeds(oService.steering().SetWorld(szWorld, szArgument)));
+            // Each refresh asks for each interface once.
+            const int nCalls = oService.calls().size();
+            QTRY_COMPARE_WITH_TIMEOUT(oService.calls().size(), nCalls + 2, 20000);
+            QTRY_COMPARE(fnShown(), strShown);
+        }
     }
 };
 
