@@ -34,12 +34,15 @@ using String = TrivialType_T<std::string>;
 /** A JSON true or false. */
 using Boolean = TrivialType_T<bool>;
 
-/** Exists only for the six element kinds: Object, Array, Number, String, Boolean and Null. */
-template<class ElementType>
-using IfElement_T =
-    std::enable_if_t<std::disjunction_v<std::is_same<ElementType, Object>, std::is_same<ElementType, Array>,
-                                        std::is_same<ElementType, Number>, std::is_same<ElementType, String>,
-                                        std::is_same<ElementType, Boolean>, std::is_same<ElementType, Null>>>;
+/** Tells whether a type is one of the six element kinds: Object, Array, Number, String, Boolean, Null. */
+template<class Type>
+using IsElement_T =
+    std::disjunction<std::is_same<Type, Object>, std::is_same<Type, Array>, std::is_same<Type, Number>,
+                     std::is_same<Type, String>, std::is_same<Type, Boolean>, std::is_same<Type, Null>>;
+
+/** Exists only for element kinds. */
+template<class... Types>
+using IfElement_T = std::enable_if_t<std::conjunction_v<IsElement_T<Types>...>>;
 
 /** The base of all exceptions of the library; what() returns the message. */
 class Exception : public std::runtime_error
@@ -54,7 +57,8 @@ template<class DataType>
 class TrivialType_T
 {
     template<class PlainType>
-    using IfPlain_T = std::enable_if_t<std::is_convertible_v<PlainType, DataType>>;
+    using IfPlain_T =
+        std::enable_if_t<std::is_convertible_v<PlainType, DataType> && !IsElement_T<PlainType>::value>;
 
 public:
     /** Holds a copy of tValue, by default an empty string, 0 or false. */
@@ -194,6 +198,21 @@ template<class ElementType, class = IfElement_T<ElementType>>
 bool operator==(const ElementType& left, const UnknownElement& right)
 {
     return right == left;
+}
+
+/** Compares elements of two kinds, which are never equal. */
+template<class LeftType, class RightType, class = IfElement_T<LeftType, RightType>,
+         class = std::enable_if_t<!std::is_same_v<LeftType, RightType>>>
+bool operator==(const LeftType& /*left*/, const RightType& /*right*/)
+{
+    return false;
+}
+
+/** The opposite of ==; otherwise it would compare converted values. */
+template<class LeftType, class RightType, class = IfElement_T<LeftType, RightType>>
+bool operator!=(const LeftType& left, const RightType& right)
+{
+    return !(left == right);
 }
 
 /** A JSON array: a sequence of elements of any kinds. */

@@ -67,9 +67,8 @@ public:
      * that cannot be read counts as empty.
      *
      * Throws ScanException or ParseException; a scan error anywhere in the text wins over parse errors. After
-     * a parse error the object may hold some more members and is of no use. A text may have 1,048,576 tokens
-     * and nest containers 1024 deep. Time and memory grow with the size of the text only; the locale has no
-     * influence.
+     * a parse error the object may hold some more members and is of no use. A text may nest containers 1024
+     * deep. Time and memory grow in proportion to the text; the locale has no influence.
      */
     static void Read(Object& object, std::istream& istr);
     /** Reads a text in the same way. */

@@ -5,9 +5,6 @@
 namespace json {
 namespace {
 
-// As many as a text of 1 MiB can have. Bounds what a text costs: the worst, full of "[]", takes 250 MiB.
-constexpr std::size_t s_nMaxTokens = 1048576;
-
 // These are the same whatever the locale is and whether char is signed.
 bool isWhiteSpace(char c)
 {
@@ -101,12 +98,7 @@ void Reader::Scan(std::vector<Token>& tokens, InputStream& inputStream)
 {
     SkipWhiteSpace(inputStream);
     while (!inputStream.EOS()) {
-        const char* pBegin = inputStream.Place();
         tokens.push_back(MatchToken(inputStream));
-        if (tokens.size() > s_nMaxTokens) {
-            throw ParseException("More than 1048576 tokens", inputStream.GetLocation(pBegin),
-                                 inputStream.GetLocation());
-        }
         SkipWhiteSpace(inputStream);
     }
 }
