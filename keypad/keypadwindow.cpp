@@ -35,19 +35,20 @@ void KeypadWindow::setPage(eKeyPage ePage)
 {
     const QRect oScreen = screen()->geometry();
     const QStringList oRows = keyRows(ePage, oScreen.size());
-    const int nHeight = keyHeight(oRows.size(), oScreen.size());
+    const auto nRows = static_cast<int>(oRows.size());
+    const int nHeight = keyHeight(nRows, oScreen.size());
     m_ePage = ePage;
     m_oKeys.clear();
     press(-1);
-    for (int nRow = 0; nRow < oRows.size(); ++nRow) {
-        const int nKeys = oRows[nRow].size();
+    for (int nRow = 0; nRow < nRows; ++nRow) {
+        const auto nKeys = static_cast<int>(oRows[nRow].size());
         for (int i = 0; i < nKeys; ++i) {
             const int nLeft = oScreen.width() * i / nKeys;
             const int nRight = oScreen.width() * (i + 1) / nKeys;
             m_oKeys.append({oRows[nRow][i], QRect(nLeft, nRow * nHeight, nRight - nLeft, nHeight)});
         }
     }
-    const int nTop = oScreen.height() - oRows.size() * nHeight;
+    const int nTop = oScreen.height() - nRows * nHeight;
     setGeometry(oScreen.adjusted(0, nTop, 0, 0));
     update();
 }

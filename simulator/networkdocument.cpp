@@ -66,7 +66,7 @@ NetworkDocument::NetworkDocument(int nLeaseDelayMs) : m_nLeaseDelayMs(nLeaseDela
     for (const QNetworkInterface& oInterface : QNetworkInterface::allInterfaces()) {
         const bool bLoopback = oInterface.flags().testFlag(QNetworkInterface::IsLoopBack);
         if (!bLoopback && oInterface.type() != QNetworkInterface::CanBus) {
-            oInterfaces.append(describe(oInterface, oInterfaces.size()));
+            oInterfaces.append(describe(oInterface, static_cast<int>(oInterfaces.size())));
         }
     }
     load(textOf({{s_strVersion, 1}, {"hostname", "simulated"}, {s_strInterfaces, oInterfaces}}));
@@ -92,7 +92,7 @@ bool NetworkDocument::load(const QString& strJSON)
     m_oRequests.clear();
     m_oLeases.clear();
     for (const QString& strName : m_oInterfaces.keys()) {
-        m_oLeases.insert(strName, leaseOf(m_oInterfaces[strName], 100 + m_oLeases.size()));
+        m_oLeases.insert(strName, leaseOf(m_oInterfaces[strName], 100 + static_cast<int>(m_oLeases.size())));
     }
     return true;
 }

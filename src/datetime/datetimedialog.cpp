@@ -101,7 +101,7 @@ void DateTimeDialog::runProcess(eProcessType eType)
     auto* pTool = new ToolProcess(this);
     m_pProcess = pTool;
     connect(m_pProcess, SIGNAL(started()), this, SLOT(onProcessStarted()));
-    connect(m_pProcess, SIGNAL(error(QProcess::ProcessError)), this,
+    connect(m_pProcess, SIGNAL(errorOccurred(QProcess::ProcessError)), this,
             SLOT(onProcessError(QProcess::ProcessError)));
     connect(m_pProcess, SIGNAL(stateChanged(QProcess::ProcessState)), this,
             SLOT(onProcessStateChanged(QProcess::ProcessState)));

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr uint s_nNoTime = std::numeric_limits<uint>::max(); // of a date that the clock cannot have
+constexpr qint64 s_nEndSeconds = std::numeric_limits<quint32>::max();
 constexpr char s_szRTCPath[] = "/dev/rtc";
 constexpr char s_szOtherRTCPath[] = "/dev/misc/rtc";
 
@@ -47,8 +47,10 @@ rtc_time rtcTime(const tm& oTime)
 
 bool writeLocalTime(const QDate& oDate, const QTime& oTime)
 {
-    const uint nSeconds = QDateTime(oDate, oTime).toTime_t();
-    return nSeconds != s_nNoTime && writeCurrentTime(static_cast<long>(nSeconds));
+    const QDateTime oDateTime(oDate, oTime);
+    const qint64 nSeconds = oDateTime.toSecsSinceEpoch();
+    return oDateTime.isValid() && nSeconds >= 0 && nSeconds < s_nEndSeconds &&
+           writeCurrentTime(static_cast<long>(nSeconds));
 }
 
 bool writeCurrentTime(long t)

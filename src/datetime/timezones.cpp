@@ -6,9 +6,9 @@ namespace {
 
 QString betweenBrackets(const QString& strText)
 {
-    const int nBegin = strText.indexOf('[') + 1;
-    const int nLength = strText.indexOf(']') - nBegin;
-    return strText.mid(nBegin, qMax(-1, nLength)); // -1: to the end
+    const auto nBegin = strText.indexOf('[') + 1;
+    const auto nLength = strText.indexOf(']') - nBegin;
+    return strText.mid(nBegin, qMax<decltype(nLength)>(-1, nLength)); // -1: to the end
 }
 
 QString shellWord(const QString& strText)

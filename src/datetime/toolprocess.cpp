@@ -15,6 +15,7 @@ ToolProcess::ToolProcess(QObject* pParent) : QProcess(pParent), m_nOutputLeft(s_
     setProcessChannelMode(ForwardedErrorChannel);
     setStandardInputFile(nullDevice());
     setReadChannel(StandardOutput);
+    setChildProcessModifier([] { setpgid(0, 0); });
 }
 
 ToolProcess::~ToolProcess()
@@ -35,7 +36,7 @@ void ToolProcess::startScript(const QString& strScript)
 QString ToolProcess::takeText()
 {
     const QByteArray oOutput = readAllStandardOutput().left(m_nOutputLeft);
-    m_nOutputLeft -= oOutput.size();
+    m_nOutputLeft -= static_cast<int>(oOutput.size());
     if (m_nOutputLeft == 0) {
         killGroup();
     }
@@ -61,9 +62,4 @@ void ToolProcess::killGroup()
         ::kill(-nGroup, SIGKILL);
     }
     kill(); // the child may not have come to its group yet
-}
-
-void ToolProcess::setupChildProcess()
-{
-    setpgid(0, 0);
 }

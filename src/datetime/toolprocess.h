@@ -38,12 +38,25 @@ public:
      */
     void close() override;
 
-protected:
-    /** Gives the child its process group. */
-    void setupChildProcess() override;
-
 private:
     void killGroup();
 
     int m_nOutputLeft;
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // has no modifier of a child, but asks for an override
+protected:
+    /** Runs the modifier in the child. */
+    void setupChildProcess() override
+    {
+        m_fnModifier();
+    }
+
+private:
+    void setChildProcessModifier(void (*fnModifier)())
+    {
+        m_fnModifier = fnModifier;
+    }
+
+    void (*m_fnModifier)();
+#endif
 };

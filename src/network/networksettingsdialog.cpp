@@ -19,9 +19,9 @@ NetworkSettingsDialog::NetworkSettingsDialog(const QList<sNetworkInterfaceDetail
     ui->setupUi(this);
     setWindowTitle(tr("Network Adapter Parameters"));
     setWindowFlags(windowFlags() & ~Qt::WindowMinMaxButtonsHint);
-    connect(ui->interfaceList_comboBox, SIGNAL(currentIndexChanged(QString)), this,
+    connect(ui->interfaceList_comboBox, SIGNAL(currentTextChanged(QString)), this,
             SLOT(onCurrentNetInterfaceChanged(QString)));
-    connect(ui->useDHCP_comboBox, SIGNAL(currentIndexChanged(QString)), this,
+    connect(ui->useDHCP_comboBox, SIGNAL(currentTextChanged(QString)), this,
             SLOT(onDHCPCurrentIndexChanged(QString)));
     auto* pBusyMark = new BusyMark(ui->applyButton);
     connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(start()));

@@ -13,11 +13,11 @@
 #include "touch/fingerscroll.h"
 #include "touch/nearestrow.h"
 #include "ui_tarnixUIwidget.h"
+#include "window/globalposition.h"
 
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QDebug>
-#include <QMouseEvent>
 #include <QScreen>
 
 namespace {
@@ -253,7 +253,7 @@ bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
     }
     QObject* pRow = pWatched;
     if (pWatched == ui->scrollAreaWidgetContents) { // beside or between the values
-        const QPoint oPosition = static_cast<QMouseEvent*>(pEvent)->globalPos();
+        const QPoint oPosition = globalPosition(*static_cast<QMouseEvent*>(pEvent));
         pRow = nearestRow(rowsOf(ui->valueLayout), oPosition, m_pPanelInfo->spacing / 2);
     }
     // From the event loop: a dialog that runs inside of a release of QScroller could not be scrolled itself.

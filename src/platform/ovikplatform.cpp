@@ -232,9 +232,9 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
     const QString& strMac = oInterface.mac_address;
     int nBegin = 0;
     for (quint8& nByte : macAddress) {
-        const int nColon = strMac.indexOf(QLatin1Char(':'), nBegin);
+        const auto nColon = static_cast<int>(strMac.indexOf(QLatin1Char(':'), nBegin));
         const int nLength = nColon < 0 ? -1 : nColon - nBegin;
-        nByte = static_cast<quint8>(strMac.midRef(nBegin, nLength).toInt(nullptr, 16));
+        nByte = static_cast<quint8>(strMac.mid(nBegin, nLength).toInt(nullptr, 16));
         if (nColon < 0) {
             break; // Kept, see docs/compatibility.md
         }

@@ -66,7 +66,7 @@ QRect ChoiceFinder::freeRect() const
     if (QGuiApplication::inputMethod()->isVisible() && !oKeyboard.isEmpty()) {
         oVisible.setBottom(oKeyboard.top() - 1);
     }
-    const QRect oField(m_pComboBox->mapToGlobal({0, 0}), m_pComboBox->size());
+    const QRect oField(m_pComboBox->mapToGlobal(QPoint(0, 0)), m_pComboBox->size());
     const QRect oAbove(oField.left(), oVisible.top(), oField.width(), oField.top() - oVisible.top());
     const QRect oBelow(oField.left(), oField.bottom() + 1, oField.width(),
                        oVisible.bottom() - oField.bottom());
@@ -88,7 +88,7 @@ void ChoiceFinder::show()
     const int nRows = qMin(m_oFound.rowCount(), s_nMaxRows);
     const int nWanted = nRows * m_pList->sizeHintForRow(0) + 2 * m_pList->frameWidth();
     const int nHeight = qMin(nWanted, oFree.height());
-    const int nField = m_pComboBox->mapToGlobal({0, 0}).y();
+    const int nField = m_pComboBox->mapToGlobal(QPoint(0, 0)).y();
     const int nTop = oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top();
     const QRect oRect(oFree.left(), nTop, oFree.width(), nHeight);
     if (!m_pList->isVisible() || m_pList->geometry() != oRect) {

@@ -1,7 +1,8 @@
 #include "touch/tap.h"
 
+#include "window/globalposition.h"
+
 #include <QGuiApplication>
-#include <QMouseEvent>
 #include <QScreen>
 
 namespace {
@@ -24,7 +25,7 @@ int Tap::distance()
 bool Tap::follow(const QEvent* pEvent)
 {
     if (pEvent->type() == QEvent::MouseButtonPress || pEvent->type() == QEvent::MouseButtonDblClick) {
-        m_oPress = static_cast<const QMouseEvent*>(pEvent)->globalPos();
+        m_oPress = globalPosition(*static_cast<const QMouseEvent*>(pEvent));
         m_bPressed = true;
         return false;
     }
@@ -32,6 +33,6 @@ bool Tap::follow(const QEvent* pEvent)
         return false;
     }
     m_bPressed = false;
-    const QPoint oMoved = static_cast<const QMouseEvent*>(pEvent)->globalPos() - m_oPress;
+    const QPoint oMoved = globalPosition(*static_cast<const QMouseEvent*>(pEvent)) - m_oPress;
     return oMoved.manhattanLength() <= distance();
 }

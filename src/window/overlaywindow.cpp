@@ -1,7 +1,8 @@
 #include "window/overlaywindow.h"
 
+#include "window/globalposition.h"
+
 #include <QGuiApplication>
-#include <QMouseEvent>
 #include <QWidget>
 #include <QWindow>
 
@@ -112,9 +113,10 @@ bool OverlayWindow::passOn(const QMouseEvent* pEvent) const
     if (!pBelow) {
         return false;
     }
-    const QPoint oPosition = pBelow->mapFromGlobal(pEvent->globalPos());
-    QMouseEvent oEvent(pEvent->type(), oPosition, oPosition, pEvent->globalPos(), pEvent->button(),
-                       pEvent->buttons(), pEvent->modifiers(), pEvent->source());
+    const QPoint oGlobal = globalPosition(*pEvent);
+    const QPoint oPosition = pBelow->mapFromGlobal(oGlobal);
+    QMouseEvent oEvent(pEvent->type(), oPosition, oPosition, oGlobal, pEvent->button(), pEvent->buttons(),
+                       pEvent->modifiers(), pEvent->source());
     QCoreApplication::sendEvent(pBelow, &oEvent);
     return true;
 }

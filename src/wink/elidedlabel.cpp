@@ -27,7 +27,8 @@ QSize ElidedLabel::minimumSizeHint() const
 
 int ElidedLabel::heightForWidth(int nWidth) const
 {
-    return qMax(wrappedLines(nWidth, s_nMaxCharacters).size(), 1) * fontMetrics().lineSpacing();
+    return qMax(static_cast<int>(wrappedLines(nWidth, s_nMaxCharacters).size()), 1) *
+           fontMetrics().lineSpacing();
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* pEvent)

@@ -49,7 +49,7 @@ private slots:
     void showsOverlayAboveDialogAbovePanel()
     {
         QFETCH(QString, platform);
-        const Display oDisplay(s_oScreen);
+        const VirtualDisplay oDisplay(s_oScreen);
         m_pDisplay = &oDisplay;
         qputenv("DISPLAY", oDisplay.name().toUtf8());
         qputenv("PLATFORM", platform.toUtf8());
@@ -181,7 +181,7 @@ private:
 
     void tap(const QString& strNameOrText) { m_pDisplay->tap(centre(strNameOrText)); }
 
-    const Display* m_pDisplay = nullptr;
+    const VirtualDisplay* m_pDisplay = nullptr;
     PanelProcess* m_pPanel = nullptr;
     PrivateBus m_oBus;
     SimulatorProcess m_oService;

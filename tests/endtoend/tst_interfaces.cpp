@@ -64,7 +64,7 @@ private slots:
         for (const auto& [szWorld, szArgument, strShown] : aRefreshes) {
             QVERIFY(SimulatorProcess::succeeds(oService.steering().SetWorld(szWorld, szArgument)));
             // Each refresh asks for each interface once.
-            const int nCalls = oService.calls().size();
+            const auto nCalls = oService.calls().size();
             QTRY_COMPARE_WITH_TIMEOUT(oService.calls().size(), nCalls + 2, 20000);
             QTRY_COMPARE(fnShown(), strShown);
         }

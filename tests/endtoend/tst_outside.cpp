@@ -89,7 +89,7 @@ private slots:
 
     void configurationApplication()
     {
-        const Display oDisplay({800, 480});
+        const VirtualDisplay oDisplay({800, 480});
         PanelProcess oPanel(oDisplay.name(), s_strProgram + " 7</dev/zero"); // must not be inherited
         QVERIFY(oPanel.start());
         const QPoint oButton = oPanel.widget("toolButton").rect().center();

@@ -45,7 +45,7 @@ private slots:
     void fitsScreen()
     {
         QFETCH(QRect, screen);
-        const Display oDisplay(screen.size());
+        const VirtualDisplay oDisplay(screen.size());
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
         QTRY_COMPARE(oPanel.widget("MorvaWidget").rect(), screen);
@@ -91,7 +91,7 @@ private slots:
 
     void windowManagerCannotCloseIt()
     {
-        const Display oDisplay({800, 480});
+        const VirtualDisplay oDisplay({800, 480});
         ChildProcess oManager;
         const QString strManager =
             "DISPLAY=%1 openbox --sm-disable --startup 'echo ready' | grep --line-buffered ready";

@@ -34,7 +34,7 @@ private slots:
         QVERIFY(oBus.start() && oService.start(oBus) &&
                 oService.setDocument(strDocument.arg("192.168.100.200")));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", oBus.address().toUtf8());
-        const Display oDisplay(screen.size());
+        const VirtualDisplay oDisplay(screen.size());
         PanelProcess oPanel(oDisplay.name());
         QVERIFY(oPanel.start());
         // The last name before the first wink counts, also if it is empty.

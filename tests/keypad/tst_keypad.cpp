@@ -19,10 +19,12 @@ QPoint placeOf(QChar oKey, eKeyPage ePage)
     const QRect oKeypad = QGuiApplication::inputMethod()->keyboardRectangle().toRect();
     const QStringList oRows = keyRows(ePage, QGuiApplication::primaryScreen()->size());
     for (int i = 0; i < oRows.size(); ++i) {
-        const int nKey = oRows[i].indexOf(oKey);
+        const auto nKey = static_cast<int>(oRows[i].indexOf(oKey));
+        const auto nKeys = static_cast<int>(oRows[i].size());
+        const auto nRows = static_cast<int>(oRows.size());
         if (nKey >= 0) {
-            return oKeypad.topLeft() + QPoint(oKeypad.width() * (2 * nKey + 1) / (2 * oRows[i].size()),
-                                              oKeypad.height() * (2 * i + 1) / (2 * oRows.size()));
+            return oKeypad.topLeft() + QPoint(oKeypad.width() * (2 * nKey + 1) / (2 * nKeys),
+                                              oKeypad.height() * (2 * i + 1) / (2 * nRows));
         }
     }
     return {};
@@ -43,7 +45,8 @@ private slots:
             for (const auto ePage :
                  {eKeyPage_Numbers, eKeyPage_Letters, eKeyPage_MoreLetters, eKeyPage_Signs}) {
                 const QStringList oRows = keyRows(ePage, oScreen);
-                QVERIFY(oRows.size() * keyHeight(oRows.size(), oScreen) <= oScreen.height() / 2);
+                const auto nRows = static_cast<int>(oRows.size());
+                QVERIFY(nRows * keyHeight(nRows, oScreen) <= oScreen.height() / 2);
                 for (const QString& strRow : oRows) {
                     QVERIFY(oScreen.width() / strRow.size() >= 40);
                 }
@@ -84,7 +87,7 @@ private slots:
         type(eKeyPage_Numbers, "10.0.0.77");
         QTRY_COMPARE(pAddress->text(), QString("10.0.0.77"));
 
-        tap(pName->mapToGlobal({10, 10}));
+        tap(pName->mapToGlobal(QPoint(10, 10)));
         type(eKeyPage_Letters, "\ta");
         const QPoint oEdge = (placeOf('a', eKeyPage_Letters) + placeOf('s', eKeyPage_Letters)) / 2;
         press(oEdge - QPoint(4, 0));
@@ -143,7 +146,7 @@ private:
 
 int main(int argc, char* argv[])
 {
-    const Display oDisplay({800, 480});
+    const VirtualDisplay oDisplay({800, 480});
     qputenv("DISPLAY", oDisplay.name().toLatin1());
     qputenv("QT_QPA_PLATFORM", "xcb");
     qputenv("QT_IM_MODULE", "tarnixui-keypad");

@@ -112,7 +112,7 @@ private:
 
 int main(int argc, char* argv[])
 {
-    const Display oDisplay({800, 480});
+    const VirtualDisplay oDisplay({800, 480});
     qputenv("DISPLAY", oDisplay.name().toLatin1());
     qputenv("QT_QPA_PLATFORM", PLATFORM);
     ChildProcess oManager;

@@ -39,12 +39,14 @@ void onDied(QObject* pObject)
 
 QByteArray countAll()
 {
-    QPixmapCache::clear();   // grows up to 10 MiB
+    QPixmapCache::clear(); // grows up to 10 MiB
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::desktop(); // created on first use
+#endif
     const std::lock_guard<std::mutex> oGuard(g_oMutex);
     int nTimers = 0;
     for (QObject* pObject : g_oLiving) { // one of another thread may be dying: not dereferenced
-        nTimers += QAbstractEventDispatcher::instance()->registeredTimers(pObject).size();
+        nTimers += static_cast<int>(QAbstractEventDispatcher::instance()->registeredTimers(pObject).size());
     }
     const struct mallinfo2 oHeap = mallinfo2();
     const QJsonObject oCounts{{"objects", static_cast<qint64>(g_oLiving.size())},

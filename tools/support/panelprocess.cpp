@@ -17,20 +17,20 @@ QRect sWidget::rect(const QString& strMember) const
     return {oArray[0].toInt(), oArray[1].toInt(), oArray[2].toInt(), oArray[3].toInt()};
 }
 
-Display::Display(const QSize& oSize)
+VirtualDisplay::VirtualDisplay(const QSize& oSize)
 {
     const QString strScreen = QString("%1x%2x24").arg(oSize.width()).arg(oSize.height());
     const QStringList oArguments = {"-screen", "0", strScreen, "-noreset", "-displayfd", "1"};
     m_strName = ":" + m_oServer.startAndReadLine("Xvfb", oArguments);
 }
 
-bool Display::pointer(const QString& strCommand) const
+bool VirtualDisplay::pointer(const QString& strCommand) const
 {
     const QStringList oTool = {"DISPLAY=" + m_strName, "xdotool"};
     return QProcess::execute("env", oTool + strCommand.split(' ')) == 0;
 }
 
-bool Display::tap(const QPoint& oPoint) const
+bool VirtualDisplay::tap(const QPoint& oPoint) const
 {
     return pointer(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
 }

@@ -8,11 +8,11 @@
 #include <QRect>
 
 /** A virtual X display of its own, ended with the object. */
-class Display
+class VirtualDisplay
 {
 public:
     /** @param oSize of the only screen, in pixels; name() is ":" if the display does not come up */
-    explicit Display(const QSize& oSize);
+    explicit VirtualDisplay(const QSize& oSize);
     /** Returns the value for DISPLAY. */
     QString name() const { return m_strName; }
     /** Runs xdotool with the words of the command and waits for it: real events, as from a touch screen. */
