@@ -6,14 +6,13 @@
 #include "panel/console.h"
 #include "panel/panelinfo.h"
 #include "panel/panelstyle.h"
-#include "panel/plainlabel.h"
+#include "panel/rowlabel.h"
+#include "panel/rowtaps.h"
 #include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
 #include "touch/dialogplacement.h"
 #include "touch/fingerscroll.h"
-#include "touch/nearestrow.h"
 #include "ui_tarnixUIwidget.h"
-#include "window/globalposition.h"
 
 #include <QCloseEvent>
 #include <QDateTime>
@@ -44,6 +43,7 @@ TarnixUI::TarnixUI(QWidget* pParent)
 {
     stylePanel(this, *m_pPanelInfo);
     ui->setupUi(this);
+    m_pRowTaps = new RowTaps(ui->scrollArea, ui->valueLayout);
     m_oTimer.setSingleShot(true);
     m_oTimer.setInterval(s_nNetworkMilliseconds);
     // Without a window manager, full screen alone does not resize the window.
@@ -121,12 +121,12 @@ void TarnixUI::insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDet
     if (!pCaptionAnchor || !pValueAnchor) {
         return;
     }
-    QLayout* pCaptions = insertBlock(ui->captionLayout, pCaptionAnchor, m_pPanelInfo->spacing);
+    QLayout* pCaptions = insertBlock(ui->captionLayout, pCaptionAnchor);
     for (const QString& strCaption :
          {m_pPanelInfo->szLbl_IPAddress, m_pPanelInfo->szLbl_mask, m_pPanelInfo->szLbl_GateWay}) {
         pCaptions->addWidget(createLabel(strCaption, eType_Label));
     }
-    QLayout* pValues = insertBlock(ui->valueLayout, pValueAnchor, m_pPanelInfo->spacing);
+    QLayout* pValues = insertBlock(ui->valueLayout, pValueAnchor);
     const sNetworkInterfaceUIDetails oLabels{createLabel(QString(), eType_Form),
                                              createLabel(QString(), eType_Form),
                                              createLabel(QString(), eType_Form)};
@@ -139,17 +139,11 @@ void TarnixUI::insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDet
 
 QLabel* TarnixUI::createLabel(const QString& strText, eLabelType eType)
 {
-    QLabel* pLabel = createPlainLabel(strText, eType);
+    auto* pLabel = new RowLabel(strText, this);
+    setInfoTextLabelStyle(pLabel, eType);
     if (eType == eType_Form) {
         watchTaps(pLabel, m_oNetworkSettingsWidgetList);
     }
-    return pLabel;
-}
-
-QLabel* TarnixUI::createPlainLabel(const QString& strText, eLabelType eType)
-{
-    auto* pLabel = new PlainLabel(strText, this);
-    setInfoTextLabelStyle(pLabel, eType);
     return pLabel;
 }
 
@@ -175,45 +169,10 @@ void TarnixUI::setTargetVersion(const QString& strText)
 
 void TarnixUI::setNumberOfAppsinUI(int nCount)
 {
-    if (nCount < 1) {
-        return;
+    if (nCount >= 1) {
+        // Kept, see docs/compatibility.md
+        showApplicationRows(m_oAppStatusUIMap, qMin(nCount, s_nMaxApplications) - 1, *ui, *m_pPanelInfo);
     }
-    const int nRows = qMin(nCount, s_nMaxApplications) - 1; // Kept, see docs/compatibility.md
-    // Otherwise Qt lays out all rows again, and looks for the one under the finger, for each that appears.
-    ui->scrollAreaWidgetContents->hide();
-    for (auto it = m_oAppStatusUIMap.lowerBound(nRows); it != m_oAppStatusUIMap.end(); ++it) {
-        setRowVisible(*it, false);
-    }
-    for (int nKey = 0; nKey < nRows; ++nKey) {
-        if (!m_oAppStatusUIMap.contains(nKey)) {
-            m_oAppStatusUIMap.insert(nKey, createAppRow());
-        }
-        setRowVisible(m_oAppStatusUIMap.value(nKey), true);
-    }
-    ui->scrollAreaWidgetContents->show();
-}
-
-sAppStatusUIDetails TarnixUI::createAppRow()
-{
-    sAppStatusUIDetails oRow{};
-    oRow.m_pStatLabel = createAppLabel(m_pPanelInfo->szLbl_PLCStatus, eType_Label);
-    oRow.m_pAppNameLabel = createAppLabel(m_pPanelInfo->szLbl_AppName, eType_Label);
-    oRow.m_pStatFormLabel = createAppLabel(QString(), eType_Form);
-    oRow.m_pAppFormLabel = createAppLabel(QString(), eType_Form);
-    if (ui->appname_Label->wordWrap()) { // has been measured, and has the same text
-        fitRow(oRow.m_pAppNameLabel, oRow.m_pAppFormLabel, *m_pPanelInfo);
-    }
-    return oRow;
-}
-
-QLabel* TarnixUI::createAppLabel(const QString& strText, eLabelType eType)
-{
-    const bool bCaption = eType == eType_Label;
-    const QLabel* pFixedLabel = bCaption ? ui->appname_Label : ui->appnameForm_Label;
-    QLabel* pLabel = createPlainLabel(strText, eType);
-    pLabel->setIndent(pFixedLabel->indent());
-    (bCaption ? ui->captionLayout : ui->valueLayout)->addWidget(pLabel);
-    return pLabel;
 }
 
 const sAppStatusUIDetails* TarnixUI::findAppRow(int nIndex) const
@@ -248,13 +207,9 @@ void TarnixUI::setPLCStatus(const QString& strText, int nIndex)
 
 bool TarnixUI::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (!m_oTap.follow(pEvent)) {
+    QObject* pRow = m_pRowTaps->tappedRow(pWatched, pEvent);
+    if (!pRow) {
         return QWidget::eventFilter(pWatched, pEvent);
-    }
-    QObject* pRow = pWatched;
-    if (pWatched == ui->scrollAreaWidgetContents) { // beside or between the values
-        const QPoint oPosition = globalPosition(*static_cast<QMouseEvent*>(pEvent));
-        pRow = nearestRow(rowsOf(ui->valueLayout), oPosition, m_pPanelInfo->spacing / 2);
     }
     // From the event loop: a dialog that runs inside of a release of QScroller could not be scrolled itself.
     if (m_oNetworkSettingsWidgetList.contains(pRow)) {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "network/networkinterfaceaccess.h"
+#include "panel/applicationrows.h"
+#include "panel/interfaceblock.h"
 #include "panel/interfacesettings.h"
 #include "panel/panelstyle.h"
-#include "panel/rowlabels.h"
-#include "touch/tap.h"
 
 #include <QList>
 #include <QMap>
@@ -16,6 +16,7 @@
 class DateTimeDialog;
 class NetworkSettingsDialog;
 class QDialog;
+class RowTaps;
 class Ui_MorvaWidget;
 struct PanelInfo;
 
@@ -112,10 +113,7 @@ private:
     void insertEthernetDetailsIntoGUI(const sNetworkInterfaceDetails& oDetails, QWidget* pCaptionAnchor,
                                       QWidget* pValueAnchor);
     QLabel* createLabel(const QString& strText, eLabelType eType);
-    QLabel* createPlainLabel(const QString& strText, eLabelType eType);
     void setInfoTextLabelStyle(QLabel* pLabel, eLabelType eType);
-    QLabel* createAppLabel(const QString& strText, eLabelType eType);
-    sAppStatusUIDetails createAppRow();
     const sAppStatusUIDetails* findAppRow(int nIndex) const;
     QString interfaceOf(const QObject* pValueLabel) const;
     void runDialog(QDialog* pDialog);
@@ -134,5 +132,5 @@ private:
     QMap<int, sAppStatusUIDetails> m_oAppStatusUIMap;
     QString m_strDeviceName; // Kept, see docs/compatibility.md
     InterfaceSettings m_oInterfaceSettings;
-    Tap m_oTap;
+    RowTaps* m_pRowTaps; // owned by the scroll area
 };

@@ -23,6 +23,9 @@ public:
      */
     bool follow(const QEvent* pEvent);
 
+    /** Returns whether the finger was pressed and not released yet. */
+    bool isPressed() const { return m_bPressed; }
+
 private:
     QPoint m_oPress; // on the screen
     bool m_bPressed = false;

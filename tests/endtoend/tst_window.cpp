@@ -89,6 +89,33 @@ private slots:
         }
     }
 
+    // The rows under a drag go, so that its release reaches nobody.
+    void tapsCountAfterRowsWentDuringADrag_data()
+    {
+        QTest::addColumn<QString>("press"); // and how the finger moves then
+        const QString strMove = " mousemove 300 600 sleep 0.02 mousemove 300 420";
+        QTest::newRow("at once") << "mousemove 300 900 mousedown 1 sleep 0.02" + strMove;
+        QTest::newRow("after a rest") << "mousemove 300 900 mousedown 1 sleep 0.5" + strMove;
+        QTest::newRow("without moving") << "mousemove 300 900 mousedown 1 sleep 0.5";
+    }
+
+    void tapsCountAfterRowsWentDuringADrag()
+    {
+        QFETCH(QString, press);
+        const VirtualDisplay oDisplay({600, 1024});
+        PanelProcess oPanel(oDisplay.name());
+        QVERIFY(oPanel.start());
+        oPanel.send("n30\nvmany\n");
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "many"), "many");
+        QVERIFY(oDisplay.pointer(press));
+        oPanel.send("n1\nvfew\n");
+        QCOMPARE(oPanel.waitForText("targetVersionForm_Label", "few"), "few");
+        QVERIFY(oDisplay.pointer("mousemove 300 400 mouseup 1 sleep 0.3"));
+        QVERIFY(!oPanel.widget("DateTimeDialog")["visible"].toBool());
+        QVERIFY(oDisplay.tap(oPanel.widget("systemTimeForm_Label").rect().center()));
+        QVERIFY(oPanel.waitForVisible("DateTimeDialog"));
+    }
+
     void windowManagerCannotCloseIt()
     {
         const VirtualDisplay oDisplay({800, 480});
