@@ -9,6 +9,8 @@ int main(int argc, char* argv[])
     Console::guardStandardStreams();
     // Nothing draws with OpenGL; loading it would double start-up time and memory.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
+    // The same look on every display. -style and QT_STYLE_OVERRIDE win.
+    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication oApplication(argc, argv);
     TarnixUI oPanel;
     EventGrabber::getInstance();

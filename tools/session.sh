@@ -43,6 +43,8 @@ fnFocus() { # gives the compositor's window the whole screen and the keyboard, a
     xdotool windowmove "$window" 0 0 windowsize "$window" "$width" "$height" windowfocus "$window"
 }
 
+fnShowsDesktop() { ! import -window root -crop 1x1+0+0 -depth 8 txt:- | grep -q '(0,0,0)'; }
+
 fnWeston() { # SHELL
     printf '[core]\nidle-time=0\nuse-pixman=true\n[shell]\npanel-position=none\nlocking=false\n' \
         >/tmp/weston.ini
@@ -50,7 +52,7 @@ fnWeston() { # SHELL
         --socket=wayland-0
     fnAwait test -S "$socket"
     fnFocus
-    sleep 1 # its desktop comes a little later
+    [[ $1 != desktop-shell.so ]] || fnAwait fnShowsDesktop
 }
 
 case $1 in

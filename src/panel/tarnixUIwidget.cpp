@@ -13,11 +13,11 @@
 #include "touch/dialogplacement.h"
 #include "touch/fingerscroll.h"
 #include "ui_tarnixUIwidget.h"
+#include "window/visiblescreen.h"
 
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QDebug>
-#include <QScreen>
 
 namespace {
 
@@ -32,8 +32,8 @@ constexpr QRect s_oGeometryWithoutScreen(0, 0, 800, 480);
 
 QRect screenGeometry()
 {
-    const QScreen* pScreen = QGuiApplication::primaryScreen();
-    return pScreen ? pScreen->geometry() : s_oGeometryWithoutScreen;
+    const QRect oScreen = screenRect();
+    return oScreen.isNull() ? s_oGeometryWithoutScreen : oScreen;
 }
 
 } // namespace
@@ -302,7 +302,6 @@ void TarnixUI::runDialog(QDialog* pDialog)
     QFont oFont = font();
     oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
     new DialogPlacement(pDialog, oFont);
-    pDialog->setWindowModality(Qt::WindowModal); // does not block an on-screen keyboard
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
     delete pGuard;

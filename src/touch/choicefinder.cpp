@@ -1,6 +1,7 @@
 #include "touch/choicefinder.h"
 
 #include "touch/touchlist.h"
+#include "window/visiblescreen.h"
 
 #include <QComboBox>
 #include <QFocusEvent>
@@ -8,7 +9,6 @@
 #include <QInputMethod>
 #include <QLineEdit>
 #include <QListView>
-#include <QScreen>
 
 namespace {
 
@@ -60,13 +60,8 @@ void ChoiceFinder::choose(const QModelIndex& oIndex)
 // Returns the larger part of the visible screen above or below the field, below if that is enough.
 QRect ChoiceFinder::freeRect() const
 {
-    const QScreen* pScreen = QGuiApplication::primaryScreen();
-    QRect oVisible = pScreen ? pScreen->geometry() : QRect();
-    const QRect oKeyboard = QGuiApplication::inputMethod()->keyboardRectangle().toAlignedRect();
-    if (QGuiApplication::inputMethod()->isVisible() && !oKeyboard.isEmpty()) {
-        oVisible.setBottom(oKeyboard.top() - 1);
-    }
-    const QRect oField(m_pComboBox->mapToGlobal(QPoint(0, 0)), m_pComboBox->size());
+    const QRect oVisible = visibleScreenRect();
+    const QRect oField(m_pComboBox->mapToGlobal(QPoint()), m_pComboBox->size());
     const QRect oAbove(oField.left(), oVisible.top(), oField.width(), oField.top() - oVisible.top());
     const QRect oBelow(oField.left(), oField.bottom() + 1, oField.width(),
                        oVisible.bottom() - oField.bottom());
@@ -88,7 +83,7 @@ void ChoiceFinder::show()
     const int nRows = qMin(m_oFound.rowCount(), s_nMaxRows);
     const int nWanted = nRows * m_pList->sizeHintForRow(0) + 2 * m_pList->frameWidth();
     const int nHeight = qMin(nWanted, oFree.height());
-    const int nField = m_pComboBox->mapToGlobal(QPoint(0, 0)).y();
+    const int nField = m_pComboBox->mapToGlobal(QPoint()).y();
     const int nTop = oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top();
     const QRect oRect(oFree.left(), nTop, oFree.width(), nHeight);
     if (!m_pList->isVisible() || m_pList->geometry() != oRect) {

@@ -5,6 +5,7 @@
 #include "touch/touchcombobox.h"
 #include "touch/touchsheet.h"
 #include "window/dialogwindow.h"
+#include "window/visiblescreen.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -14,7 +15,6 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QInputMethod>
-#include <QScreen>
 
 namespace {
 
@@ -22,26 +22,10 @@ constexpr int s_nGrid = 6;        // all distances are multiples of it
 constexpr int s_nFieldFrame = 16; // border and padding, as in the style sheet
 constexpr int s_aTargets[] = {48, 40};
 
-// Returns what an on-screen keyboard leaves of the screen; null without a screen.
-QRect visibleRect()
-{
-    const QScreen* pScreen = QGuiApplication::primaryScreen();
-    if (!pScreen) {
-        return {};
-    }
-    QRect oVisible = pScreen->geometry();
-    const QInputMethod* pInputMethod = QGuiApplication::inputMethod();
-    const QRect oKeyboard = pInputMethod->keyboardRectangle().toAlignedRect();
-    if (pInputMethod->isVisible() && !oKeyboard.isEmpty()) {
-        oVisible.setBottom(oKeyboard.top() - 1);
-    }
-    return oVisible;
-}
-
 } // namespace
 
 DialogPlacement::DialogPlacement(QDialog* pDialog, const QFont& oFont)
-    : QObject(pDialog), m_pDialog(pDialog), m_pWindow(new DialogWindow(pDialog)),
+    : QObject(pDialog), m_pDialog(pDialog), m_pWindow(DialogWindow::create(pDialog)),
       m_pForm(pDialog->findChild<QFormLayout*>(QStringLiteral("formLayout"))),
       m_pButtons(pDialog->findChild<QBoxLayout*>(QStringLiteral("horizontalLayout")))
 {
@@ -102,7 +86,7 @@ void DialogPlacement::fitButtons()
 void DialogPlacement::fitTargets(const QFont& oFont)
 {
     const QSize oInitial = m_pDialog->size();
-    const QSize oScreen = visibleRect().size();
+    const QSize oScreen = visibleScreenRect().size();
     for (const int nTarget : s_aTargets) {
         m_pDialog->setStyleSheet(touchSheet(nTarget, oFont));
         refreshHints();
@@ -180,7 +164,7 @@ QSize DialogPlacement::wantedSize() const
 
 void DialogPlacement::place()
 {
-    const QRect oVisible = visibleRect();
+    const QRect oVisible = visibleScreenRect();
     if (oVisible.isEmpty() || !m_pDialog->isVisible()) { // the focus also moves while the dialog is deleted
         return;
     }

@@ -1,9 +1,7 @@
 #include "touch/tap.h"
 
 #include "window/globalposition.h"
-
-#include <QGuiApplication>
-#include <QScreen>
+#include "window/visiblescreen.h"
 
 namespace {
 
@@ -16,9 +14,7 @@ constexpr qreal s_nMaximumDpi = 300;
 
 int Tap::distance()
 {
-    const QScreen* pScreen = QGuiApplication::primaryScreen();
-    const qreal nDpi =
-        qBound(s_nMinimumDpi, pScreen ? pScreen->physicalDotsPerInch() : s_nMinimumDpi, s_nMaximumDpi);
+    const qreal nDpi = qBound(s_nMinimumDpi, screenDotsPerInch(), s_nMaximumDpi);
     return qRound(s_nTapMillimetres / s_nMillimetresPerInch * nDpi);
 }
 

@@ -1,54 +1,39 @@
 #include "window/dialogwindow.h"
 
+#include "window/waylanddialogwindow.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
-#include <QLayout>
-#include <QScreen>
-#include <QTimer>
 #include <QWindow>
 
-namespace {
-
-constexpr int s_nAnswerMilliseconds = 200;
-
-bool coversScreen()
+DialogWindow* DialogWindow::create(QDialog* pDialog)
 {
-    return QGuiApplication::platformName().startsWith("wayland");
+    if (QGuiApplication::platformName().startsWith("wayland")) {
+        return new WaylandDialogWindow(pDialog);
+    }
+    return new DialogWindow(pDialog);
 }
-
-} // namespace
 
 DialogWindow::DialogWindow(QDialog* pDialog) : QObject(pDialog), m_pDialog(pDialog)
 {
+    pDialog->setWindowModality(Qt::WindowModal); // does not block an on-screen keyboard
     pDialog->installEventFilter(this);
-    if (coversScreen()) {
-        pDialog->setAttribute(Qt::WA_TranslucentBackground);
-    }
 }
 
 void DialogWindow::setRect(const QRect& oRect)
 {
-    if (!coversScreen()) {
-        m_pDialog->setGeometry(oRect);
-        return;
-    }
-    const QRect oScreen = m_pDialog->screen()->geometry();
-    m_pDialog->layout()->setContentsMargins(oRect.left() - oScreen.left(), oRect.top() - oScreen.top(),
-                                            oScreen.right() - oRect.right(),
-                                            oScreen.bottom() - oRect.bottom());
-    m_pDialog->setGeometry(oScreen);
-    m_pDialog->layout()->activate(); // the caller scrolls to the field that has the focus
+    m_pDialog->setGeometry(oRect);
 }
 
 QSize DialogWindow::size() const
 {
-    return m_pDialog->size().shrunkBy(m_pDialog->layout()->contentsMargins());
+    return m_pDialog->size();
 }
 
 QSize DialogWindow::sizeHint() const
 {
-    return m_pDialog->sizeHint().shrunkBy(m_pDialog->layout()->contentsMargins());
+    return m_pDialog->sizeHint();
 }
 
 bool DialogWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
@@ -71,10 +56,6 @@ bool DialogWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 void DialogWindow::prepare()
 {
     m_pDialog->windowHandle()->installEventFilter(this);
-    if (coversScreen()) {
-        m_pDialog->windowHandle()->setFlag(Qt::FramelessWindowHint);
-        QTimer::singleShot(0, this, SLOT(onShown()));
-    }
 }
 
 // Only X gives an open list or calendar the keyboard.
@@ -90,24 +71,4 @@ bool DialogWindow::passOn(QEvent* pEvent)
         QCoreApplication::sendEvent(pPopup->windowHandle(), pEvent);
     }
     return true;
-}
-
-// Only from here on the compositor's answer is read: a slow device may have taken long to come here.
-void DialogWindow::onShown()
-{
-    QTimer::singleShot(s_nAnswerMilliseconds, this, SLOT(onAnswerDue()));
-}
-
-// cage 0.2.0 never shows a window that has a parent unless it asks for the full screen. Other compositors
-// would paint the screen black around the dialog: one that has shown a dialog is never asked again.
-void DialogWindow::onAnswerDue()
-{
-    static bool s_bShowsDialogs = false;
-    if (!m_pDialog->isVisible()) {
-        return;
-    }
-    s_bShowsDialogs |= m_pDialog->windowHandle()->isExposed();
-    if (!s_bShowsDialogs) {
-        m_pDialog->windowHandle()->setWindowStates(Qt::WindowFullScreen);
-    }
 }

@@ -1,6 +1,7 @@
 #include "window/overlaywindow.h"
 
 #include "window/globalposition.h"
+#include "window/popupguard.h"
 
 #include <QGuiApplication>
 #include <QWidget>
@@ -31,92 +32,79 @@ QWindow* topmostWindow()
 
 } // namespace
 
-// As a tooltip the window is out of the hands of X window managers, which keep a full-screen window and its
-// dialogs above all others; Wayland compositors keep it where it is, right above its transient parent; and on
-// the frame buffer it gets no keyboard.
+// X window managers, which keep a full-screen window and its dialogs above all others, leave a tooltip alone;
+// Wayland compositors keep it right above its transient parent; and on the frame buffer it gets no keyboard.
 OverlayWindow::OverlayWindow(QWidget* pWidget) : QObject(pWidget), m_pWidget(pWidget)
 {
     pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
     pWidget->winId();
     pWidget->windowHandle()->setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput);
     pWidget->windowHandle()->installEventFilter(this);
-    pWidget->installEventFilter(this);
-    connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(onFocusWindowChanged(QWindow*)));
+    connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(restack()));
 }
 
-void OverlayWindow::show(QWidget* pWidget)
+void OverlayWindow::show()
 {
-    const Qt::WindowFlags oFlags = pWidget->windowFlags();
-    pWidget->overrideWindowFlags(Qt::ToolTip); // any other window would close the list
-    pWidget->show();
-    pWidget->overrideWindowFlags(oFlags);
-    pWidget->raise();
+    QWindow* pTopmost = topmostWindow();
+    if (pTopmost != m_pWidget->windowHandle()->transientParent()) {
+        putAbove(pTopmost);
+    }
+    const PopupGuard oGuard;
+    m_pWidget->QWidget::setVisible(true);
+    m_pWidget->raise();
 }
 
-bool OverlayWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
+// A hidden window would come back: the compositor of eglfs takes in what is raised.
+void OverlayWindow::restack()
 {
-    switch (pEvent->type()) {
-    case QEvent::Show:
-        attach();
-        return false;
-    case QEvent::ZOrderChange:
-        attachAgain();
-        return false;
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseMove:
-        return passOn(static_cast<QMouseEvent*>(pEvent));
-    default:
-        return QObject::eventFilter(pWatched, pEvent);
+    if (m_pWidget->isVisible()) {
+        show();
     }
 }
 
-void OverlayWindow::attach()
+// On Wayland a visible window keeps its parent.
+void OverlayWindow::putAbove(QWindow* pBelow)
 {
-    QWindow* pParent = topmostWindow();
-    m_pWidget->windowHandle()->setTransientParent(pParent);
-    if (pParent) {
-        connect(pParent, SIGNAL(visibleChanged(bool)), this, SLOT(onParentVisibleChanged(bool)),
+    m_pWidget->QWidget::setVisible(false);
+    m_pWidget->windowHandle()->setTransientParent(pBelow);
+    if (pBelow) {
+        connect(pBelow, SIGNAL(visibleChanged(bool)), this, SLOT(onParentVisibleChanged(bool)),
                 Qt::UniqueConnection);
-    }
-}
-
-void OverlayWindow::attachAgain()
-{
-    const QWindow* pWindow = m_pWidget->windowHandle();
-    if (pWindow->isVisible() && topmostWindow() != pWindow->transientParent()) {
-        m_pWidget->hide();
-        show(m_pWidget);
     }
 }
 
 // On Wayland an overlay that outlives its parent would end the connection.
 void OverlayWindow::onParentVisibleChanged(bool bVisible)
 {
-    if (!bVisible && sender() == m_pWidget->windowHandle()->transientParent()) {
-        attachAgain();
+    if (!bVisible) {
+        restack();
     }
 }
 
-void OverlayWindow::onFocusWindowChanged(QWindow* pWindow)
+bool OverlayWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    if (pWindow) {
-        m_pWidget->raise();
+    switch (pEvent->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        return passOn(*static_cast<QMouseEvent*>(pEvent));
+    default:
+        return QObject::eventFilter(pWatched, pEvent);
     }
 }
 
 // Only X keeps fingers from a window that is transparent for input.
-bool OverlayWindow::passOn(const QMouseEvent* pEvent) const
+bool OverlayWindow::passOn(const QMouseEvent& oEvent) const
 {
     QWindow* pBelow = m_pWidget->windowHandle()->transientParent();
     if (!pBelow) {
         return false;
     }
-    const QPoint oGlobal = globalPosition(*pEvent);
+    const QPoint oGlobal = globalPosition(oEvent);
     const QPoint oPosition = pBelow->mapFromGlobal(oGlobal);
-    QMouseEvent oEvent(pEvent->type(), oPosition, oPosition, oGlobal, pEvent->button(), pEvent->buttons(),
-                       pEvent->modifiers(), pEvent->source());
-    QCoreApplication::sendEvent(pBelow, &oEvent);
+    QMouseEvent oPassed(oEvent.type(), oPosition, oPosition, oGlobal, oEvent.button(), oEvent.buttons(),
+                        oEvent.modifiers(), oEvent.source());
+    QCoreApplication::sendEvent(pBelow, &oPassed);
     return true;
 }

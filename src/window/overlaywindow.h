@@ -8,7 +8,7 @@ class QWindow;
 
 /**
  * The native window of an overlay: stays above panel, dialogs and lists on every platform, and takes neither
- * fingers nor keys. The widget keeps its flags; what the platforms need instead is here and nowhere else.
+ * fingers nor keys. The widget keeps its own window flags.
  */
 class OverlayWindow : public QObject
 {
@@ -18,22 +18,22 @@ public:
     /** Creates the native window of pWidget, a hidden widget without a parent, which owns this object. */
     explicit OverlayWindow(QWidget* pWidget);
 
-    /** Shows the widget of an OverlayWindow, if it is hidden, and brings it to the top. An open list stays
-     * open. */
-    static void show(QWidget* pWidget);
+    /** Shows the widget on top, or brings it back there. An open list stays open. */
+    void show();
 
-    /** Keeps the overlay above the topmost window when it is shown or raised; passes fingers on to that
-     * window. */
+    /** Passes fingers on to the window below; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
+public slots:
+    /** Brings the widget back to the top if it is visible. */
+    void restack();
+
 private slots:
-    void onFocusWindowChanged(QWindow* pWindow);
     void onParentVisibleChanged(bool bVisible);
 
 private:
-    void attach();
-    void attachAgain();
-    bool passOn(const QMouseEvent* pEvent) const;
+    void putAbove(QWindow* pBelow);
+    bool passOn(const QMouseEvent& oEvent) const;
 
     QWidget* m_pWidget;
 };

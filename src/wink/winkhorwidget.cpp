@@ -6,17 +6,19 @@
 WinkHorWidget::WinkHorWidget(QWidget* pParent) : QWidget(pParent), ui(new Ui_winkHorWidget)
 {
     ui->setupUi(this);
-    new WinkOverlay(this, ui->label);
+    m_pOverlay = new WinkOverlay(this, ui->label, ui->lbl_DeviceName, ui->lbl_IP);
     m_oTimer.setInterval(WinkOverlay::s_nBlinkMilliseconds);
     connect(&m_oTimer, SIGNAL(timeout()), this, SLOT(onTimeOut()));
-    WinkOverlay::showAddress(ui->lbl_IP);
-    WinkOverlay::showDeviceName(ui->lbl_DeviceName);
-    WinkOverlay::centre(this);
 }
 
 WinkHorWidget::~WinkHorWidget()
 {
     delete ui;
+}
+
+void WinkHorWidget::setVisible(bool bVisible)
+{
+    m_pOverlay->setVisible(bVisible);
 }
 
 void WinkHorWidget::showEvent(QShowEvent* pEvent)
@@ -27,5 +29,5 @@ void WinkHorWidget::showEvent(QShowEvent* pEvent)
 
 void WinkHorWidget::onTimeOut()
 {
-    WinkOverlay::blink(ui->label, ui->lbl_IP);
+    m_pOverlay->blink();
 }

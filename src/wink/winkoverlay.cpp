@@ -2,21 +2,24 @@
 
 #include "platform/ovikplatform.h"
 #include "window/overlaywindow.h"
+#include "window/visiblescreen.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QLabel>
-#include <QScreen>
 
-WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand) : QObject(pWidget)
+WinkOverlay::WinkOverlay(QWidget* pWidget, QLabel* pHand, QLabel* pDeviceName, QLabel* pAddress)
+    : QObject(pWidget), m_pWidget(pWidget), m_pHand(pHand), m_pAddress(pAddress)
 {
     pWidget->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    new OverlayWindow(pWidget);
+    m_pWindow = new OverlayWindow(pWidget);
+    pWidget->installEventFilter(this);
 
     QSizePolicy oPolicy = pHand->sizePolicy();
     oPolicy.setRetainSizeWhenHidden(true);
     pHand->setSizePolicy(oPolicy);
-    pWidget->installEventFilter(this);
+    showAddress();
+    pDeviceName->setText(OVIKPlatform::getInstance()->GetDeviceNameAsString());
+    centre();
 }
 
 bool WinkOverlay::eventFilter(QObject* pWatched, QEvent* pEvent)
@@ -28,29 +31,32 @@ bool WinkOverlay::eventFilter(QObject* pWatched, QEvent* pEvent)
     return QObject::eventFilter(pWatched, pEvent);
 }
 
-void WinkOverlay::showAddress(QLabel* pAddress)
+void WinkOverlay::setVisible(bool bVisible)
 {
-    pAddress->setText(OVIKPlatform::getInstance()->GetBestInterfaceIP().toString());
-}
-
-void WinkOverlay::showDeviceName(QLabel* pDeviceName)
-{
-    pDeviceName->setText(OVIKPlatform::getInstance()->GetDeviceNameAsString());
-}
-
-void WinkOverlay::centre(QWidget* pWidget)
-{
-    const QList<QScreen*> oScreens = QGuiApplication::screens();
-    if (oScreens.isEmpty()) {
-        return;
+    if (bVisible) {
+        m_pWindow->show();
+    } else {
+        m_pWidget->QWidget::setVisible(false);
     }
-    const QSize oScreen = oScreens.first()->size();
-    pWidget->move((oScreen.width() - pWidget->width()) / 2, (oScreen.height() - pWidget->height()) / 2);
 }
 
-void WinkOverlay::blink(QLabel* pHand, QLabel* pAddress)
+void WinkOverlay::blink()
 {
-    pHand->setVisible(!pHand->isVisible()); // Kept, see docs/compatibility.md
-    showAddress(pAddress);
-    pHand->window()->raise(); // above windows of other programs
+    m_pHand->setVisible(!m_pHand->isVisible()); // Kept, see docs/compatibility.md
+    showAddress();
+    m_pWindow->restack(); // above windows of other programs
+}
+
+void WinkOverlay::showAddress()
+{
+    m_pAddress->setText(OVIKPlatform::getInstance()->GetBestInterfaceIP().toString());
+}
+
+void WinkOverlay::centre()
+{
+    const QSize oScreen = screenRect().size();
+    if (!oScreen.isNull()) {
+        m_pWidget->move((oScreen.width() - m_pWidget->width()) / 2,
+                        (oScreen.height() - m_pWidget->height()) / 2);
+    }
 }

@@ -2,12 +2,13 @@
 
 #include <QObject>
 
+class OverlayWindow;
 class QLabel;
 class QWidget;
 
 /**
- * What the two overlays share. An instance belongs to one overlay, keeps it above all other windows, leaves
- * the keyboard to the window that had it, and refuses to close.
+ * What the two overlays share: the labels of one of them, and its window, which stays above all others,
+ * leaves the keyboard to the window that had it, and refuses to close.
  */
 class WinkOverlay : public QObject
 {
@@ -18,23 +19,28 @@ public:
     static constexpr int s_nBlinkMilliseconds = 1000;
 
     /**
-     * Makes pWidget a frameless window that stays on top.
+     * Makes pWidget, which owns this object, a frameless window in the middle of the screen that stays on
+     * top. Shows the address and the device name that the platform client has.
      * @param pHand keeps its place in the layout while it is hidden
      */
-    WinkOverlay(QWidget* pWidget, QLabel* pHand);
+    WinkOverlay(QWidget* pWidget, QLabel* pHand, QLabel* pDeviceName, QLabel* pAddress);
 
     /** Refuses to close the overlay: the runtime alone ends a wink. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
-    /** Shows the best interface address that the platform client has; an empty text if there is none. */
-    static void showAddress(QLabel* pAddress);
+    /** Shows the overlay above everything else, an open list too, or hides it. */
+    void setVisible(bool bVisible);
 
-    /** Shows the device name that the platform client has. */
-    static void showDeviceName(QLabel* pDeviceName);
+    /** One blink step: hides or shows the hand, reads the address again, and brings the overlay back to the
+     * top. */
+    void blink();
 
-    /** Moves the widget to the middle of the first screen, if there is one. */
-    static void centre(QWidget* pWidget);
+private:
+    void showAddress();
+    void centre();
 
-    /** One blink step: hides or shows the hand, and reads the address again. */
-    static void blink(QLabel* pHand, QLabel* pAddress);
+    QWidget* m_pWidget;
+    OverlayWindow* m_pWindow;
+    QLabel* m_pHand;
+    QLabel* m_pAddress;
 };

@@ -6,17 +6,19 @@
 WinkVerWidget::WinkVerWidget(QWidget* pParent) : QWidget(pParent), ui(new Ui_winkVerWidget)
 {
     ui->setupUi(this);
-    new WinkOverlay(this, ui->label);
+    m_pOverlay = new WinkOverlay(this, ui->label, ui->lbl_DeviceName, ui->lbl_IP);
     m_oTimer.setInterval(WinkOverlay::s_nBlinkMilliseconds);
     connect(&m_oTimer, SIGNAL(timeout()), this, SLOT(onTimeOut()));
-    WinkOverlay::showAddress(ui->lbl_IP);
-    WinkOverlay::showDeviceName(ui->lbl_DeviceName);
-    WinkOverlay::centre(this);
 }
 
 WinkVerWidget::~WinkVerWidget()
 {
     delete ui;
+}
+
+void WinkVerWidget::setVisible(bool bVisible)
+{
+    m_pOverlay->setVisible(bVisible);
 }
 
 void WinkVerWidget::showEvent(QShowEvent* pEvent)
@@ -27,5 +29,5 @@ void WinkVerWidget::showEvent(QShowEvent* pEvent)
 
 void WinkVerWidget::onTimeOut()
 {
-    WinkOverlay::blink(ui->label, ui->lbl_IP);
+    m_pOverlay->blink();
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class Ui_winkVerWidget;
+class WinkOverlay;
 
 /**
  * The overlay for screens up to 480 pixels wide: a blinking hand, the device's name and its address.
@@ -22,6 +23,9 @@ public:
     explicit WinkVerWidget(QWidget* pParent = nullptr);
     ~WinkVerWidget() override;
 
+    /** Shows the overlay above all windows of the panel, or hides it; see QWidget::setVisible. */
+    void setVisible(bool bVisible) override;
+
 protected:
     /** Starts the blink timer, which nothing stops. */
     void showEvent(QShowEvent* pEvent) override;
@@ -32,4 +36,5 @@ private slots:
 private:
     Ui_winkVerWidget* ui;
     QTimer m_oTimer;
+    WinkOverlay* m_pOverlay = nullptr;
 };

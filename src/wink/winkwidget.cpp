@@ -1,25 +1,16 @@
 #include "wink/winkwidget.h"
 
-#include "window/overlaywindow.h"
-
-#include <QGuiApplication>
-#include <QScreen>
+#include "window/visiblescreen.h"
 
 namespace {
 
 constexpr int s_nWinkLimitMilliseconds = 60000;
 constexpr int s_nMaxPortraitWidth = 480;
 
-bool hasWideScreen()
-{
-    const QList<QScreen*> oScreens = QGuiApplication::screens();
-    return !oScreens.isEmpty() && oScreens.first()->size().width() > s_nMaxPortraitWidth;
-}
-
-void showOnTop(QWidget* pOverlay)
+void show(QWidget* pOverlay)
 {
     if (pOverlay) {
-        OverlayWindow::show(pOverlay);
+        pOverlay->show();
     }
 }
 
@@ -59,8 +50,8 @@ bool EventGrabber::event(QEvent* pEvent)
         if (!m_pWinkHorWidget && !m_pWinkVerWidget) {
             createOverlay();
         }
-        showOnTop(m_pWinkHorWidget);
-        showOnTop(m_pWinkVerWidget);
+        show(m_pWinkHorWidget);
+        show(m_pWinkVerWidget);
         m_oTimer.start();
         return true;
     }
@@ -74,7 +65,7 @@ bool EventGrabber::event(QEvent* pEvent)
 
 void EventGrabber::createOverlay()
 {
-    if (hasWideScreen()) {
+    if (screenRect().width() > s_nMaxPortraitWidth) {
         m_pWinkHorWidget = new WinkHorWidget(nullptr);
     } else {
         m_pWinkVerWidget = new WinkVerWidget(nullptr);

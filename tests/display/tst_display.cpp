@@ -62,9 +62,8 @@ private slots:
         QVERIFY(oPanel.start());
         QVERIFY(!bViewer || startSession(oSession));
         QVERIFY(isSeen("MorvaWidget"));
-        oPanel.send("dQX 500/600\n");
-        QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "QX 500/600"), QString("QX 500/600"));
-        QVERIFY(isSeen("MorvaWidget"));
+        checkLook();
+        QVERIFY(!QTest::currentTestFailed());
 
         oPanel.send("w1\n");
         QVERIFY(isSeen("winkHorWidget"));
@@ -85,6 +84,7 @@ private slots:
 
         tap("systemTimeForm_Label");
         QVERIFY(isAboveButBelowOverlay("DateTimeDialog"));
+        QVERIFY(isSeen("banner")); // beside the dialog
         checkPopup("timezone_ComboBox");
         checkPopup("currentDate_DateEdit");
         tap("closeButton");
@@ -97,10 +97,60 @@ private slots:
         QCOMPARE(oPanel.quit(), 0);
     }
 
+    void
+    hidesOverlayForGoodOnEglfs() // in a window of X, which brings it no fingers, and keeps it from its end
+    {
+        const VirtualDisplay oDisplay(s_oScreen);
+        m_pDisplay = &oDisplay;
+        PanelProcess oPanel(oDisplay.name(),
+                            "export QT_QPA_PLATFORM=eglfs QT_QPA_EGLFS_INTEGRATION=eglfs_x11\n"
+                            "exec " PANEL_PROGRAM);
+        m_pPanel = &oPanel;
+        QVERIFY(oPanel.start());
+        checkLook();
+        oPanel.send("w1\n");
+        QVERIFY(isSeen("winkHorWidget"));
+        oPanel.send("w0\n");
+        QVERIFY(waitForTick() && waitForTick()); // the overlay's own timer has run
+        oPanel.send("dQX 500/601\n");            // paints the panel again
+        QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "QX 500/601"), QString("QX 500/601"));
+        QVERIFY(isSeen("MorvaWidget"));
+    }
+
 private:
     static bool startSession(ChildProcess& oSession)
     {
         return oSession.startAndReadLine(SESSION, {QTest::currentDataTag()}) == "ready";
+    }
+
+    // With both scroll bars the panel looks the same on every display.
+    void checkLook()
+    {
+        m_pPanel->send("dQX 500/600\nn20\na018" + QByteArray(99, 'W') + "\nv1.2\n");
+        QCOMPARE(m_pPanel->waitForText("targetVersionForm_Label", "1.2"), QString("1.2"));
+        QVERIFY(isSeen("MorvaWidget"));
+        QImage oPanel = m_pPanel->picture("MorvaWidget").convertToFormat(QImage::Format_RGB32);
+        const QRect oArea = m_pPanel->widget("scrollArea").rect();
+        QCOMPARE(oPanel.pixelColor(oArea.bottomLeft() + QPoint(60, -16)), QColor(120, 130, 140));
+        QCOMPARE(oPanel.pixelColor(oArea.bottomRight() + QPoint(-60, -16)), QColor(220, 220, 220));
+        for (const char* szClock : {"systemDateForm_Label", "systemTimeForm_Label"}) {
+            QPainter(&oPanel).fillRect(m_pPanel->widget(szClock).rect(), Qt::black);
+        }
+        if (m_oPanelOnX.isNull()) {
+            m_oPanelOnX = oPanel;
+        }
+        if (oPanel != m_oPanelOnX) { // leaves both in the build folder, to look at
+            QFAIL(oPanel.save("panel.png") && m_oPanelOnX.save("panel-on-x.png") ? "looks otherwise"
+                                                                                 : "no disk");
+        }
+        m_pPanel->send("n1\nv1.3\n");
+        QCOMPARE(m_pPanel->waitForText("targetVersionForm_Label", "1.3"), QString("1.3"));
+    }
+
+    bool waitForTick()
+    {
+        const QString strBefore = m_pPanel->widget("systemTimeForm_Label").text();
+        return QTest::qWaitFor([&] { return m_pPanel->widget("systemTimeForm_Label").text() != strBefore; });
     }
 
     // Below the overlay, closed by a tap beside it or by Escape.
@@ -183,6 +233,7 @@ private:
 
     const VirtualDisplay* m_pDisplay = nullptr;
     PanelProcess* m_pPanel = nullptr;
+    QImage m_oPanelOnX; // the first row's
     PrivateBus m_oBus;
     SimulatorProcess m_oService;
 };

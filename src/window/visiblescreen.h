@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QRect>
+
+/** Returns the place and size in pixels of the screen that everything is shown on, Qt's default one; null if
+ * there is none. */
+QRect screenRect();
+
+/** Returns what an on-screen keyboard leaves of screenRect(). */
+QRect visibleScreenRect();
+
+/** Returns the physical resolution of that screen; 0 if there is none. */
+qreal screenDotsPerInch();
