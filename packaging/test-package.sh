@@ -6,6 +6,7 @@
 set -euo pipefail
 build=$1
 emulator=("${@:2}")
+lint=$(realpath "$(dirname "$0")/../tools/lint-docs.py")
 cd "$(mktemp -d)"
 
 fnExpect() { # WHAT ACTUAL EXPECTED
@@ -21,6 +22,8 @@ cp -r /var/lib/dpkg/{info,status} database
 rm -f /etc/dpkg/dpkg.cfg.d/*
 # dpkg renames the package's folder there, which an overlay in a user namespace refuses.
 mount -t tmpfs -o mode=755 tmpfs /usr/share/doc
+mkdir -p /usr/share/dbus-1/interfaces # may have come with the machine's packages or not
+touch /usr/share/dbus-1/interfaces/other.xml
 fnDpkg() { dpkg --admindir="$PWD/database" --log="$PWD/dpkg.log" --no-triggers "$@"; }
 # The paths of the package that are on the machine.
 fnFiles() { dpkg-deb --fsys-tarfile "$package" | tar -t | sed 's/^.//' | { xargs ls -d 2>/dev/null || true; } | sort; }
@@ -40,15 +43,28 @@ fnDpkg --install "$package"
 fnFiles >after
 fnExpect 'What the package brings' "$(comm -13 before after | xargs stat -c '%A %U:%G %n')" \
 "-rwxr-xr-x root:root /usr/bin/tarnixUI
+-rw-r--r-- root:root /usr/share/dbus-1/interfaces/com.quen.OVIK.xml
 drwxr-xr-x root:root /usr/share/doc/tarnixui/
 -rw-r--r-- root:root /usr/share/doc/tarnixui/changelog.Debian.gz
+-rw-r--r-- root:root /usr/share/doc/tarnixui/compatibility.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/copyright
 -rw-r--r-- root:root /usr/share/doc/tarnixui/date-and-time.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/device.md
+drwxr-xr-x root:root /usr/share/doc/tarnixui/examples/
+-rw-r--r-- root:root /usr/share/doc/tarnixui/examples/getNTPStatus.sh
+-rwxr-xr-x root:root /usr/share/doc/tarnixui/examples/ovik-service.py
+-rwxr-xr-x root:root /usr/share/doc/tarnixui/examples/runtime.py
+-rw-r--r-- root:root /usr/share/doc/tarnixui/examples/setNTPSettings.sh
+-rw-r--r-- root:root /usr/share/doc/tarnixui/examples/setTimeZone.sh
+-rw-r--r-- root:root /usr/share/doc/tarnixui/integrating.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/network-settings.md
+drwxr-xr-x root:root /usr/share/doc/tarnixui/pictures/
+-rw-r--r-- root:root /usr/share/doc/tarnixui/pictures/datetime-dialog.png
+-rw-r--r-- root:root /usr/share/doc/tarnixui/pictures/network-dialog.png
 -rw-r--r-- root:root /usr/share/doc/tarnixui/platform-service.md
 -rw-r--r-- root:root /usr/share/doc/tarnixui/runtime-protocol.md
 -rw-r--r-- root:root /usr/share/man/man1/tarnixUI.1.gz"
+"$lint" /usr/share/doc/tarnixui
 fnExpect 'The version in packaging/changelog.Debian' \
     "$(zcat /usr/share/doc/tarnixui/changelog.Debian.gz | dpkg-parsechangelog -l - -S Version)" \
     "$(dpkg-deb -f "$package" Version)"

@@ -8,7 +8,7 @@
 /**
  * What goes wrong in the simulated service, one fault at a time, and the list of the calls that it received.
  *
- * docs/platform-service.md lists the worlds by name, with their arguments.
+ * docs/simulator.md lists the worlds by name, with their arguments.
  */
 class World : public QObject
 {

@@ -56,7 +56,7 @@ fnOverlay() { # DIR
         # A user namespace may write to nothing of the machine's root, but to what is ours already.
         case $dir in
         /etc) cp -r --preserve=mode,links /etc/. "$work/upper" 2>/dev/null || true ;;
-        /usr) mkdir -p "$work/upper/share"/{man/man1,zoneinfo} ;;
+        /usr) mkdir -p "$work/upper/share"/{dbus-1/interfaces,man/man1,zoneinfo} ;;
         esac
     fi
     mount -t overlay overlay -o "lowerdir=$dir,upperdir=$work/upper,workdir=$work/work" "$dir"

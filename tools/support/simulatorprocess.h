@@ -19,7 +19,7 @@ public:
     /** Returns the calls received, each as path, member and arguments. */
     QStringList calls() { return m_pSteering->Calls().value(); }
 
-    /** Steers it, see docs/platform-service.md; valid after start(). */
+    /** Steers it, see docs/simulator.md; valid after start(). */
     ComQuenOVIKSimulatorInterface& steering() { return *m_pSteering; }
 
     /** Waits for the reply to a steering call; returns false if it is an error. */

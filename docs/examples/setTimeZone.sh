@@ -1,0 +1,1 @@
+../../src/resources/setTimeZone.sh
