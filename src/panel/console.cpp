@@ -92,8 +92,7 @@ void Console::readCommand()
                 leave();
                 return;
             }
-            execute(QString::fromUtf8(strLine.c_str()));
-            bPosted = strLine[0] == 'w'; // a wink takes effect before the next line
+            bPosted = execute(QString::fromUtf8(strLine.c_str()));
         } else if (!readInput()) {
             break;
         }
@@ -166,7 +165,8 @@ void Console::limitLine()
     m_nSearched = 0;
 }
 
-void Console::execute(const QString& strCommand)
+// Returns whether the command takes effect only when the event loop runs.
+bool Console::execute(const QString& strCommand)
 {
     auto* pPanel = static_cast<TarnixUI*>(parent());
     if (strCommand.startsWith("i")) {
@@ -183,11 +183,11 @@ void Console::execute(const QString& strCommand)
         pPanel->setApplicationName(strCommand.mid(s_nTextPosition), indexOf(strCommand));
     } else if (strCommand.startsWith("s")) {
         pPanel->setPLCStatus(strCommand.mid(s_nTextPosition), indexOf(strCommand));
-    } else if (strCommand.startsWith("w0")) {
-        postWink(eWinkEvent_Off);
-    } else if (strCommand.startsWith("w1")) {
-        postWink(eWinkEvent_On);
+    } else if (strCommand.startsWith("w0") || strCommand.startsWith("w1")) {
+        postWink(strCommand.startsWith("w0") ? eWinkEvent_Off : eWinkEvent_On);
+        return true;
     }
+    return false;
 }
 
 void Console::leave()

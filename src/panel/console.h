@@ -45,7 +45,7 @@ private:
     bool readInput();
     bool takeLine(std::string& strLine);
     void limitLine();
-    void execute(const QString& strCommand);
+    bool execute(const QString& strCommand);
     void leave();
 
     QSocketNotifier* m_notifier;

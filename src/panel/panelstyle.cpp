@@ -1,6 +1,7 @@
 #include "panel/panelstyle.h"
 
 #include "panel/panelinfo.h"
+#include "touch/colours.h"
 #include "ui_tarnixUIwidget.h"
 
 #include <QScrollBar>
@@ -9,10 +10,10 @@ namespace {
 
 constexpr char s_szFontFamily[] = "Arial";
 constexpr char s_szScrollBarSheet[] =
-    "QScrollBar { background-color: rgb(220,220,220); }"
+    "QScrollBar { background-color: @trough; }"
     "QScrollBar:vertical { width: %1px; }"
     "QScrollBar:horizontal { height: %1px; }"
-    "QScrollBar::handle { background-color: rgb(120,130,140); border-radius: 4px;"
+    "QScrollBar::handle { background-color: @handle; border-radius: 4px;"
     " margin: 4px; min-width: 48px; min-height: 48px; }"
     "QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }";
 
@@ -92,13 +93,11 @@ void styleForm(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)
 
 void styleScrollBars(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)
 {
-    const QString strSheet = QString(s_szScrollBarSheet).arg(oPanelInfo.scrollWidth);
+    const QString strSheet = withColours(s_szScrollBarSheet).arg(oPanelInfo.scrollWidth);
     QScrollBar* pVertical = oForm.scrollArea->verticalScrollBar();
     pVertical->parentWidget()->setStyleSheet(strSheet);
     oForm.scrollArea->horizontalScrollBar()->parentWidget()->setStyleSheet(strSheet);
-    // Kept, see docs/compatibility.md
-    pVertical->setStyleSheet(
-        QStringLiteral("background-color:  %1;").arg(QStringLiteral("rgb(220,220,220)")));
+    pVertical->setStyleSheet(withColours("background-color:  @trough;")); // Kept, see docs/compatibility.md
 }
 
 void styleInfoLabel(QLabel* pLabel, eLabelType eType, const PanelInfo& oPanelInfo)

@@ -1,21 +1,22 @@
 #include "touch/touchsheet.h"
 
+#include "touch/colours.h"
+
 namespace {
 
-// The logo's colours: accent #0b7f86, dark #1b2f3c. %1 is the height of a target, %2 that without the border,
-// %3 and %4 are the font.
+// %1 is the height of a target, %2 that without the border, %3 and %4 are the font.
 constexpr char s_szSheet[] = R"(
 QWidget { font-family: "%3"; font-size: %4px; }
 QWidget#fields { background: white; }
-QFrame#frame { border: 2px solid #1b2f3c; background: white; }
+QFrame#frame { border: 2px solid @dark; background: white; }
 QLabel, QCheckBox { color: black; font-weight: bold; }
-QLabel:disabled, QCheckBox:disabled { color: #8a949a; }
+QLabel:disabled, QCheckBox:disabled { color: @offText; }
 QLineEdit, QComboBox, QAbstractSpinBox {
-    min-height: %2px; border: 2px solid #a8b2b8; border-radius: 4px; padding: 0px 6px; background: white; color: black;
-    selection-background-color: #0b7f86; selection-color: white; }
-QLineEdit:focus, QComboBox:focus, QAbstractSpinBox:focus { border-color: #0b7f86; background: #eef8f8; }
+    min-height: %2px; border: 2px solid @border; border-radius: 4px; padding: 0px 6px; background: white; color: black;
+    selection-background-color: @accent; selection-color: white; }
+QLineEdit:focus, QComboBox:focus, QAbstractSpinBox:focus { border-color: @accent; background: @tint; }
 QLineEdit:disabled, QComboBox:disabled, QAbstractSpinBox:disabled {
-    border-color: #d5dbde; background: #eceff1; color: #8a949a; }
+    border-color: @offBorder; background: @offField; color: @offText; }
 QComboBox QLineEdit, QAbstractSpinBox QLineEdit {
     min-height: 0px; border: none; border-radius: 0px; padding: 0px; background: transparent; }
 QComboBox { combobox-popup: 0; }
@@ -26,32 +27,32 @@ QComboBox::down-arrow, QDateTimeEdit::down-arrow {
 QComboBox::down-arrow:disabled, QDateTimeEdit::down-arrow:disabled {
     image: url(:/images/touch/arrow-down-disabled.png); }
 QCheckBox { min-height: %1px; spacing: 6px; }
-QCheckBox::indicator { width: 28px; height: 28px; border: 2px solid #1b2f3c; border-radius: 4px; background: white; }
-QCheckBox::indicator:checked { background: #0b7f86; border-color: #0b7f86; image: url(:/images/touch/check.png); }
-QCheckBox::indicator:pressed { background: #1b2f3c; }
-QCheckBox:focus { color: #0b7f86; }
+QCheckBox::indicator { width: 28px; height: 28px; border: 2px solid @dark; border-radius: 4px; background: white; }
+QCheckBox::indicator:checked { background: @accent; border-color: @accent; image: url(:/images/touch/check.png); }
+QCheckBox::indicator:pressed { background: @dark; }
+QCheckBox:focus { color: @accent; }
 QPushButton, QToolButton {
-    min-height: %2px; min-width: %2px; border: 2px solid #1b2f3c; border-radius: 4px; padding: 0px 6px;
-    background: white; color: #1b2f3c; outline: none; }
-QPushButton:focus, QToolButton:focus { border-color: #0b7f86; }
+    min-height: %2px; min-width: %2px; border: 2px solid @dark; border-radius: 4px; padding: 0px 6px;
+    background: white; color: @dark; outline: none; }
+QPushButton:focus, QToolButton:focus { border-color: @accent; }
 QPushButton#stepDown, QPushButton#stepUp { font-size: 28px; }
-QPushButton#applyButton { background: #0b7f86; border-color: #0b7f86; color: white; }
-QPushButton#applyButton:focus { border-color: #1b2f3c; }
+QPushButton#applyButton { background: @accent; border-color: @accent; color: white; }
+QPushButton#applyButton:focus { border-color: @dark; }
 QPushButton:pressed, QPushButton#applyButton:pressed, QToolButton:pressed {
-    background: #1b2f3c; border-color: #1b2f3c; color: white; }
-QPushButton:disabled, QToolButton:disabled { border-color: #d5dbde; background: #eceff1; color: #8a949a; }
+    background: @dark; border-color: @dark; color: white; }
+QPushButton:disabled, QToolButton:disabled { border-color: @offBorder; background: @offField; color: @offText; }
 QProgressBar { border: none; background: transparent; }
 QProgressBar::chunk { background: white; width: 12px; margin-right: 6px; }
 QListView {
-    border: 2px solid #1b2f3c; background: white; color: black; outline: none;
-    selection-background-color: #0b7f86; selection-color: white; }
+    border: 2px solid @dark; background: white; color: black; outline: none;
+    selection-background-color: @accent; selection-color: white; }
 QListView::item { min-height: %1px; padding: 0px 6px; border: none; background: white; color: black; }
-QListView::item:selected { background: #0b7f86; color: white; }
-QCalendarWidget { border: 2px solid #1b2f3c; background: white; }
-QCalendarWidget QWidget { background: white; alternate-background-color: #eef8f8; }
-QCalendarWidget QTableView { selection-background-color: #0b7f86; selection-color: white; outline: none; }
-QScrollBar:vertical { width: 8px; background: #dcdcdc; }
-QScrollBar::handle { background: #78828c; border-radius: 2px; margin: 2px; min-height: 36px; }
+QListView::item:selected { background: @accent; color: white; }
+QCalendarWidget { border: 2px solid @dark; background: white; }
+QCalendarWidget QWidget { background: white; alternate-background-color: @tint; }
+QCalendarWidget QTableView { selection-background-color: @accent; selection-color: white; outline: none; }
+QScrollBar:vertical { width: 8px; background: @trough; }
+QScrollBar::handle { background: @handle; border-radius: 2px; margin: 2px; min-height: 36px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
 QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 )";
@@ -61,7 +62,7 @@ constexpr int s_nBorders = 4;
 
 QString touchSheet(int nTarget, const QFont& oFont)
 {
-    return QString(s_szSheet)
+    return withColours(s_szSheet)
         .arg(nTarget)
         .arg(nTarget - s_nBorders)
         .arg(oFont.family())
