@@ -4,12 +4,16 @@
 #include <QDBusMessage>
 #include <QDomDocument>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTextStream>
 #include <QTimer>
+
+#include <iostream>
 
 namespace {
 
 constexpr int s_nVersionCharacters = 20;
+constexpr int s_nRefused = -1;
 
 /** The interface of each object, by path. */
 const QMap<QString, QString> s_oInterfaces = {{"/", "com.quen.OVIK"},
@@ -28,28 +32,67 @@ QDomElement childNamed(const QDomElement& oParent, const QString& strKind, const
     return oChild;
 }
 
-/** Returns the D-Bus signature of a method's arguments in one direction, "in" or "out". */
-QString signatureOf(const QDomElement& oMethod, const QString& strDirection)
+/** Returns the D-Bus types of a method's arguments in one direction, "in" or "out". */
+QStringList typesOf(const QDomElement& oMethod, const QString& strDirection)
 {
-    QString strSignature;
+    QStringList oTypes;
     for (auto o = oMethod.firstChildElement(); !o.isNull(); o = o.nextSiblingElement()) {
         if (o.attribute("direction") == strDirection) {
-            strSignature += o.attribute("type");
+            oTypes += o.attribute("type");
         }
+    }
+    return oTypes;
+}
+
+/** Returns the D-Bus signature of values that are to be sent. */
+QString signatureOf(const QVariantList& oValues)
+{
+    QString strSignature;
+    for (const QVariant& oValue : oValues) {
+        QDBusArgument oArgument;
+        oArgument.appendVariant(oValue);
+        strSignature += oArgument.currentSignature();
     }
     return strSignature;
 }
 
-/** Returns the reply of a member that the panel never calls; an invalid value for none. */
-QVariant emptyValue(const QString& strSignature)
+/** Returns 0, false or nothing, as a basic type, an array of bytes or texts, or a structure of these. */
+QVariant emptyValue(const QString& strType)
 {
-    static const QHash<QString, QVariant> s_oValues = {{"ay", QByteArray()},
+    static const QHash<QString, QVariant> s_oValues = {{"as", QStringList()},
+                                                       {"ay", QByteArray()},
                                                        {"b", false},
+                                                       {"d", 0.0},
                                                        {"i", 0},
+                                                       {"n", QVariant::fromValue(qint16(0))},
                                                        {"o", QVariant::fromValue(QDBusObjectPath("/"))},
+                                                       {"q", QVariant::fromValue(quint16(0))},
                                                        {"s", QString("")},
+                                                       {"t", quint64(0)},
+                                                       {"u", 0U},
+                                                       {"x", qint64(0)},
                                                        {"y", QVariant::fromValue(uchar(0))}};
-    return s_oValues.value(strSignature);
+    static const QRegularExpression s_oMember(QStringLiteral("a?[a-z]"));
+    if (!strType.startsWith('(')) {
+        return s_oValues.value(strType);
+    }
+    QDBusArgument oStructure;
+    oStructure.beginStructure();
+    for (auto it = s_oMember.globalMatch(strType); it.hasNext();) {
+        oStructure.appendVariant(emptyValue(it.next().captured()));
+    }
+    oStructure.endStructure();
+    return QVariant::fromValue(oStructure);
+}
+
+/** Returns an error reply, and complains about a client that does not keep to the description. */
+QDBusMessage complaint(const QDBusMessage& oCall, QDBusError::ErrorType eError, const QString& strText)
+{
+    if (!oCall.interface().isEmpty()) { // that of q_autostart, which exists nowhere
+        std::cerr << "ovik-simulator: " << qPrintable(oCall.path()) << ' ' << qPrintable(oCall.member())
+                  << ": " << qPrintable(strText) << std::endl;
+    }
+    return oCall.createErrorReply(eError, strText);
 }
 
 } // namespace
@@ -80,7 +123,7 @@ void PlatformObjects::addAnswers()
         {"/NetworkManager setInterfaceConfigJSON",
          [this](const auto& o) {
              const QString strName = o[0].toString();
-             return isKnown(strName) && m_oNetwork.merge(strName, o[1].toString()) ? 0 : -1;
+             return isKnown(strName) && m_oNetwork.merge(strName, o[1].toString()) ? 0 : s_nRefused;
          }},
         {"/ServiceManager disable",
          [this](const auto& o) { return m_oEnabledServices.removeAll(o[0].toString()), 0; }},
@@ -111,7 +154,7 @@ QDomElement PlatformObjects::methodOf(const QDBusMessage& oCall) const
     const QDomElement oMethod = childNamed(interfaceAt(oCall.path()), "method", oCall.member());
     const QString strInterface = oCall.interface();
     const bool bHere = strInterface.isEmpty() || strInterface == s_oInterfaces.value(oCall.path());
-    return bHere && oCall.signature() == signatureOf(oMethod, "in") ? oMethod : QDomElement();
+    return bHere && oCall.signature() == typesOf(oMethod, "in").join(QString()) ? oMethod : QDomElement();
 }
 
 QString PlatformObjects::introspect(const QString& strPath) const
@@ -131,8 +174,8 @@ bool PlatformObjects::handleMessage(const QDBusMessage& oCall, const QDBusConnec
 {
     const bool bNoRoot = m_oWorld.is("root-late") && oCall.path() == "/";
     if (bNoRoot || !s_oInterfaces.contains(oCall.path())) {
-        return oConnection.send(oCall.createErrorReply(
-            QDBusError::UnknownObject, QStringLiteral("No such object path '%1'").arg(oCall.path())));
+        const QString strText = QStringLiteral("No such object path '%1'").arg(oCall.path());
+        return oConnection.send(complaint(oCall, QDBusError::UnknownObject, strText));
     }
     if (oCall.interface().startsWith("org.freedesktop.DBus.")) {
         return false; // Qt answers introspection
@@ -152,6 +195,9 @@ void PlatformObjects::answer(const QDBusMessage& oCall, const QDBusConnection& o
 {
     if (m_oWorld.concerns("errors", oCall.member())) {
         oConnection.send(oCall.createErrorReply("com.quen.OVIK.Error.Failed", "Simulated failure"));
+    } else if (m_oWorld.concerns("refuses", oCall.member()) &&
+               typesOf(methodOf(oCall), "out") == QStringList("i")) {
+        oConnection.send(oCall.createReply(s_nRefused));
     } else if (m_oWorld.concerns("vanishes", oCall.member())) {
         emit vanishing();
     } else if (m_oWorld.is("wrong-types") && m_oWorld.argument().isEmpty()) {
@@ -166,8 +212,8 @@ QDBusMessage PlatformObjects::replyTo(const QDBusMessage& oCall)
 {
     const QDomElement oMethod = methodOf(oCall);
     if (oMethod.isNull()) {
-        return oCall.createErrorReply(QDBusError::UnknownMethod,
-                                      QStringLiteral("No such method '%1'").arg(oCall.member()));
+        return complaint(oCall, QDBusError::UnknownMethod,
+                         QStringLiteral("No such method '%1'").arg(oCall.member()));
     }
     const QVariantList oArguments = oCall.arguments();
     if (oCall.member() == "getInterfaceConfig" && !isKnown(oArguments[0].toString())) {
@@ -176,8 +222,18 @@ QDBusMessage PlatformObjects::replyTo(const QDBusMessage& oCall)
             QStringLiteral("No such network interface: %1").arg(oArguments[0].toString()));
     }
     const auto fnAnswer = m_oAnswers.value(oCall.path() + QLatin1Char(' ') + oCall.member());
-    const QVariant oValue = fnAnswer ? fnAnswer(oArguments) : emptyValue(signatureOf(oMethod, "out"));
-    return oValue.isValid() ? oCall.createReply(oValue) : oCall.createReply();
+    QVariantList oValues;
+    for (const QString& strType : typesOf(oMethod, "out")) {
+        oValues += fnAnswer ? fnAnswer(oArguments) : emptyValue(strType);
+    }
+    const QString strSignature = signatureOf(oValues);
+    const QString strDescribed = typesOf(oMethod, "out").join(QString());
+    if (strSignature != strDescribed) {
+        return complaint(oCall, QDBusError::InvalidSignature,
+                         QStringLiteral("The answer has the signature '%1', described is '%2'")
+                             .arg(strSignature, strDescribed));
+    }
+    return oCall.createReply(oValues);
 }
 
 bool PlatformObjects::isKnown(const QString& strInterface)

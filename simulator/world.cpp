@@ -11,10 +11,10 @@ namespace {
 constexpr int s_nMaxCalls = 10000;
 
 /** The worlds with the number that stands for none in the argument. */
-const QMap<QString, int> s_oNumbers = {
-    {"absent", -1},       {"errors", -1}, {"malformed-json", -1}, {"root-late", -1},
-    {"short-records", 2}, {"silent", -1}, {"slow", 1000},         {"unknown-interface", -1},
-    {"vanishes", 500},    {"well", -1},   {"wrong-types", -1}};
+const QMap<QString, int> s_oNumbers = {{"absent", -1},    {"errors", -1},    {"malformed-json", -1},
+                                       {"refuses", -1},   {"root-late", -1}, {"short-records", 2},
+                                       {"silent", -1},    {"slow", 1000},    {"unknown-interface", -1},
+                                       {"vanishes", 500}, {"well", -1},      {"wrong-types", -1}};
 
 } // namespace
 

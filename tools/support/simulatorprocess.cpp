@@ -5,6 +5,8 @@ bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArgumen
     kill();
     waitForFinished();
     QDBusConnection::disconnectFromBus("steering");
+    setProcessChannelMode(
+        ForwardedErrorChannel); // its complaints about what it is asked stand beside a failure
     if (startAndReadLine(OVIK_SIMULATOR, QStringList{"--address", oBus.address()} + oArguments) != "ready") {
         return false;
     }
