@@ -118,10 +118,7 @@ void DateTimeDialog::destroyProcess()
     }
     // A killed process reports its end at once, which must not be taken for the end of the next one.
     disconnect(m_pProcess, nullptr, this, nullptr);
-    if (m_pProcess->state() != QProcess::NotRunning) {
-        m_pProcess->close();
-        m_pProcess->kill();
-    }
+    static_cast<ToolProcess*>(m_pProcess.data())->end();
     m_pProcess->deleteLater();
     m_pProcess.clear();
 }

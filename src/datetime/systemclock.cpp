@@ -74,7 +74,7 @@ int updateHWClock(long t)
     const int nDescriptor = openRTC();
     const time_t nTime = t;
     tm oTime{};
-    // Without an RTC the descriptor is -1, which no file ever has: the request fails and is reported as well.
+    // Without an RTC the descriptor is -1, so ioctl() fails and is reported as well.
     const bool bConverted = gmtime_r(&nTime, &oTime) != nullptr;
     const rtc_time oRTCTime = rtcTime(oTime);
     if (!bConverted || ioctl(nDescriptor, RTC_SET_TIME, &oRTCTime) != 0) {

@@ -6,15 +6,15 @@ class QTime;
 /**
  * The clocks of the device: the system clock and the battery-backed real-time clock (RTC).
  *
- * Times are seconds since the epoch, UTC. The functions need the right to set the clock; what the system
- * refuses is reported with perror on standard error.
+ * Times are seconds since the epoch, UTC. The functions need the right to set the clock; failures are
+ * reported with perror() on standard error.
  */
 
 /**
  * Sets both clocks to a local date and time, in the time zone that the system has now.
  *
- * Returns false for what is no time between 1970 and 2106-02-07 06:28:14 UTC, and when the system clock could
- * not be set.
+ * Returns false for a time that does not exist or is not between 1970 and 2106-02-07 06:28:14 UTC, and if the
+ * system clock could not be set.
  */
 bool writeLocalTime(const QDate& oDate, const QTime& oTime);
 

@@ -20,10 +20,7 @@ ToolProcess::ToolProcess(QObject* pParent) : QProcess(pParent), m_nOutputLeft(s_
 
 ToolProcess::~ToolProcess()
 {
-    if (state() != NotRunning) {
-        ToolProcess::close();
-        setProcessState(NotRunning); // else the base class would wait for half a minute
-    }
+    end();
 }
 
 void ToolProcess::startScript(const QString& strScript)
@@ -43,14 +40,14 @@ QString ToolProcess::takeText()
     return QString::fromLatin1(oOutput.constData());
 }
 
-void ToolProcess::close()
+void ToolProcess::end()
 {
-    if (state() != NotRunning) {
-        killGroup();
-        waitForFinished(s_nKilledMilliseconds);
-    }
     if (state() == NotRunning) {
-        QProcess::close();
+        return;
+    }
+    killGroup();
+    if (!waitForFinished(s_nKilledMilliseconds)) {
+        setProcessState(NotRunning); // the base class would wait half a minute for it
     }
 }
 

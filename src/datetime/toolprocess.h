@@ -6,7 +6,7 @@
  * A tool of the platform that runs as a child process, in a process group of its own.
  *
  * It reads nothing: its standard input is the null device, never the command channel of the panel. Its
- * standard error is the panel's own, so what it complains about stands in the panel's log.
+ * standard error is the panel's own, so its complaints appear in the panel's log.
  */
 class ToolProcess : public QProcess
 {
@@ -15,7 +15,7 @@ class ToolProcess : public QProcess
 public:
     /** Prepares a process, to be started with QProcess::start(). */
     explicit ToolProcess(QObject* pParent);
-    /** Ends the tool as close() does. */
+    /** Ends the tool as end() does. */
     ~ToolProcess() override;
 
     /** Starts the shell with a script as its argument; does nothing if the script is empty. */
@@ -27,16 +27,16 @@ public:
     /**
      * Returns what the tool has written since the last call, as Latin-1 and up to the first NUL in it.
      *
-     * With all the output that is used, the tool is killed with all that it has started.
+     * Once all the output that is used has arrived, the tool is killed with all that it has started.
      */
     QString takeText();
 
     /**
-     * Kills the tool, if it runs, with all that it has started, and emits the signals of its end.
+     * Kills the tool, if it runs, with all that it has started; the state is QProcess::NotRunning afterwards.
      *
-     * Waits only as long as a killed process takes to go. One that the kernel holds longer is left to itself.
+     * Waits only as long as a killed process takes to go; one that the kernel holds longer is given up.
      */
-    void close() override;
+    void end();
 
 private:
     void killGroup();
