@@ -22,6 +22,16 @@ constexpr char s_szSettingsFile[] = "/etc/kadconfig/datetime.json";
 
 constexpr int s_nStepsRow = 2; // of the form: below the date and time
 
+bool hasZones(const QComboBox& oZones)
+{
+    for (int i = 0; i < oZones.count(); ++i) {
+        if (!oZones.itemText(i).isEmpty()) {
+            return true;
+        }
+    }
+    return false; // the output of a generator that fails can be one empty name
+}
+
 } // namespace
 
 DateTimeDialog::DateTimeDialog(QWidget* pParent)
@@ -85,6 +95,11 @@ void DateTimeDialog::saveFromUI()
 void DateTimeDialog::setTimeZone()
 {
     m_strCurreTimeZone = ui->timezone_ComboBox->currentText();
+    if (m_strCurreTimeZone.trimmed().isEmpty()) {
+        destroyProcess(); // as with a zone, Apply ends what is still being read
+        saveAutoUpdateOrDateTime();
+        return;
+    }
     runProcess(eProcessType_SetCurrentTimeZone);
 }
 
@@ -142,7 +157,7 @@ void DateTimeDialog::onProcessError(QProcess::ProcessError eError)
     if (eError == QProcess::Crashed) {
         return; // the process is finished as well, and that goes on
     }
-    m_pBusyMark->stop();
+    m_pBusyMark->finish(false);
     if (m_eProcessType == eProcessType_GetTimeZoneList && m_strCurreTimeZone.isEmpty()) {
         updateCurrentTimezone();
     }
@@ -199,18 +214,16 @@ void DateTimeDialog::onProcessFinished(int nExitCode, QProcess::ExitStatus eExit
         runProcess(eProcessType_GetNTPDateTimeStatus);
         break;
     case eProcessType_SetCurrentTimeZone:
-        if (ui->autoUpdate_CheckBox->isChecked()) {
-            saveNTPSettings();
-            break;
+        if (!platformtools::isTimeZoneInForce(m_strCurreTimeZone)) {
+            m_pBusyMark->fail();
         }
-        OVIKPlatform::getInstance()->restartNTPDService(false);
-        saveDateTime();
+        saveAutoUpdateOrDateTime();
         break;
     case eProcessType_GetNTPDateTimeStatus:
         setNTPStatusOnUI();
         break;
     case eProcessType_SetNTPSettings:
-        saveNTPConfiguration();
+        saveNTPConfiguration(nExitCode == 0 && eExitStatus == QProcess::NormalExit);
         break;
     case eProcessType_SetCurrentDateTime:
         break;
@@ -232,7 +245,19 @@ void DateTimeDialog::selectCurrentTimezone()
         ui->timezone_ComboBox->findText(m_strCurreTimeZone, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (nIndex >= 0) {
         ui->timezone_ComboBox->setCurrentIndex(nIndex);
+    } else if (!hasZones(*ui->timezone_ComboBox) && ui->timezone_ComboBox->currentText().isEmpty()) {
+        ui->timezone_ComboBox->setEditText(m_strCurreTimeZone);
     }
+}
+
+void DateTimeDialog::saveAutoUpdateOrDateTime()
+{
+    if (ui->autoUpdate_CheckBox->isChecked()) {
+        saveNTPSettings();
+        return;
+    }
+    restartNTPDServer();
+    saveDateTime();
 }
 
 void DateTimeDialog::saveDateTime()
@@ -244,10 +269,8 @@ void DateTimeDialog::saveDateTime()
     if (bChanged && !writeLocalTime(oShown.date(), oShown.time())) {
         qWarning() << "saveDateTime"
                    << "failed";
-        m_pBusyMark->stop();
-        return;
+        m_pBusyMark->fail();
     }
-    m_pBusyMark->showTaken();
 }
 
 // Kept, see docs/compatibility.md
@@ -257,19 +280,26 @@ void DateTimeDialog::saveNTPSettings()
     runProcess(eProcessType_SetNTPSettings);
 }
 
-void DateTimeDialog::saveNTPConfiguration()
+void DateTimeDialog::saveNTPConfiguration(bool bGenerated)
 {
-    if (!ntpconfiguration::install()) {
-        m_pBusyMark->stop();
+    if (!ntpconfiguration::isGenerated()) {
+        m_pBusyMark->finish(false);
         return;
     }
+    if (!ntpconfiguration::install()) {
+        m_pBusyMark->fail();
+    } else if (!bGenerated) {
+        qWarning() << "saveNTPSettings failed: the generator failed";
+        m_pBusyMark->fail();
+    }
     restartNTPDServer();
-    m_pBusyMark->showTaken();
 }
 
 void DateTimeDialog::restartNTPDServer()
 {
-    OVIKPlatform::getInstance()->restartNTPDService(ui->autoUpdate_CheckBox->isChecked());
+    OVIKPlatform* pPlatform = OVIKPlatform::getInstance();
+    pPlatform->restartNTPDService(ui->autoUpdate_CheckBox->isChecked());
+    m_pBusyMark->finishWith(pPlatform->watchReplies());
 }
 
 void DateTimeDialog::setNTPStatusOnUI()

@@ -58,7 +58,8 @@ private:
     static bool getAutoUpdateAddressFromJSONObject(const json::Object& root, QString& address);
     void restartNTPDServer();
 
-    void saveNTPConfiguration();
+    void saveAutoUpdateOrDateTime();
+    void saveNTPConfiguration(bool bGenerated);
     void showTimeZones();
     void selectCurrentTimezone();
 
@@ -71,5 +72,5 @@ private:
     sNTPInfo m_oNTPInfo;
     QDateTime m_oInitialDateTime;
     QString m_strPeer;               // what has come of the NTP daemon's first peer
-    BusyMark* m_pBusyMark = nullptr; // on Apply, until the chain of tools has ended
+    BusyMark* m_pBusyMark = nullptr; // on Apply, until the last tool has ended and the service has replied
 };

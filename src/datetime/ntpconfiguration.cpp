@@ -2,23 +2,84 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
 
 namespace {
 
 constexpr char s_szGenerated[] = "/etc/kadconfig-ntp.conf";
 constexpr char s_szOfDaemon[] = "/etc/ntp.conf";
+constexpr char s_szTemporary[] = "/etc/ntp.conf.XXXXXX"; // in the same folder, or it could not be renamed
+constexpr qint64 s_nBlockSize = 65536;
+
+/** Copies the rest of a file; returns false if it cannot be read or written to its end. */
+bool copyRest(QFile& oFrom, QFile& oTo)
+{
+    QByteArray oBlock;
+    while (!oBlock.isEmpty() || !oFrom.atEnd()) {
+        if (oBlock.isEmpty()) {
+            oBlock = oFrom.read(s_nBlockSize);
+        }
+        const qint64 nWritten = oTo.write(oBlock); // less than all where the disk becomes full
+        if (nWritten <= 0) {
+            return false;
+        }
+        oBlock = oBlock.mid(static_cast<int>(nWritten));
+    }
+    return oTo.flush();
+}
+
+bool isSynced(const QFile& oFile)
+{
+    return fsync(oFile.handle()) == 0;
+}
+
+/** Replaces the daemon's file by a copy of the generated one; returns the error, empty for none. */
+QString replace(QFile& oGenerated)
+{
+    QTemporaryFile oCopy(s_szTemporary);
+    if (!oCopy.open()) {
+        return oCopy.errorString();
+    }
+    if (!copyRest(oGenerated, oCopy)) {
+        return oGenerated.error() != QFileDevice::NoError ? oGenerated.errorString() : oCopy.errorString();
+    }
+    // Without the permissions of its predecessor the daemon may not read it.
+    if (!oCopy.setPermissions(oGenerated.permissions()) || !isSynced(oCopy) ||
+        std::rename(QFile::encodeName(oCopy.fileName()).constData(), s_szOfDaemon) != 0) {
+        return QString::fromLocal8Bit(std::strerror(errno));
+    }
+    oCopy.setAutoRemove(false);
+    return {};
+}
 
 } // namespace
 
-bool ntpconfiguration::install()
+bool ntpconfiguration::isGenerated()
 {
     if (!QFile::exists(s_szGenerated)) {
         qWarning() << "File missing: " << s_szGenerated;
         return false;
     }
-    if (QFile::exists(s_szOfDaemon)) {
-        QFile::remove(s_szOfDaemon);
+    return true;
+}
+
+bool ntpconfiguration::install()
+{
+    QFile oGenerated(s_szGenerated);
+    const QString strError =
+        oGenerated.open(QIODevice::ReadOnly) ? replace(oGenerated) : oGenerated.errorString();
+    if (!strError.isEmpty()) {
+        qWarning() << "saveNTPSettings failed:" << s_szOfDaemon << "stays as it is:" << qPrintable(strError);
+        return false;
     }
-    QFile::copy(s_szGenerated, s_szOfDaemon);
+    if (oGenerated.size() == 0) {
+        qWarning() << "saveNTPSettings failed:" << s_szGenerated << "is empty";
+        return false;
+    }
     return true;
 }

@@ -3,6 +3,7 @@
 #include "datetime/timezones.h"
 #include "datetime/toolprocess.h"
 
+#include <QDebug>
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,6 +12,7 @@ namespace {
 constexpr char s_szTimeZoneGenerator[] = "/usr/bin/kadconfig-gen-timezones.sh";
 constexpr char s_szTimeZoneFile[] = "/etc/timezone";
 constexpr char s_szLocalTime[] = "/etc/localtime";
+constexpr qint64 s_nMaxTimeZoneName = 4096;
 constexpr int s_nMaxTimeZones = 256 * 1024; // far more than any device has
 
 QString scriptText(const char* szResource)
@@ -48,4 +50,21 @@ void platformtools::start(ToolProcess& oTool, eProcessType eType, const QString&
     case eProcessType_SetCurrentDateTime:
         break;
     }
+}
+
+bool platformtools::isTimeZoneInForce(const QString& strZone)
+{
+    QFile oNameFile(s_szTimeZoneFile);
+    const bool bNamed = QFileInfo(oNameFile).isFile() && oNameFile.open(QIODevice::ReadOnly) &&
+                        oNameFile.read(s_nMaxTimeZoneName).trimmed() == strZone.trimmed().toLocal8Bit();
+    if (!bNamed) {
+        qWarning() << "setTimeZone failed:" << s_szTimeZoneFile << "does not name" << strZone;
+        return false;
+    }
+    const QFileInfo oZoneFile(s_szLocalTime);
+    if (!oZoneFile.isFile() || !oZoneFile.isReadable()) {
+        qWarning() << "setTimeZone failed:" << s_szLocalTime << "leads to no readable file for" << strZone;
+        return false;
+    }
+    return true;
 }

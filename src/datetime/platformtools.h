@@ -23,4 +23,10 @@ namespace platformtools {
  */
 void start(ToolProcess& oTool, eProcessType eType, const QString& strZone);
 
+/**
+ * Returns whether a time zone that was set is in force: "/etc/timezone" names it, and "/etc/localtime" leads
+ * to a readable file. Logs what is not.
+ */
+bool isTimeZoneInForce(const QString& strZone);
+
 } // namespace platformtools

@@ -2,6 +2,8 @@
 
 #include "network/networkinterfacedetails.h"
 
+class QObject;
+
 /** What the network settings dialog asks of the panel: one interface's settings, and to change them. */
 class NetworkInterfaceAccess
 {
@@ -15,7 +17,16 @@ public:
     /**
      * Sends the record to the service as the settings of the interface that it names.
      *
-     * Returns false if the service is away or does not know the interface; a later refusal is not reported.
+     * Returns false if the service is away or does not know the interface. Does not wait until the service
+     * has taken the settings.
      */
     virtual bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) = 0;
+
+    /**
+     * Watches how the service takes what the last setInterfaceDetails() has sent.
+     *
+     * Returns an object that emits finished(bool) once, true if the service has taken the settings, and then
+     * deletes itself. To be called right after setInterfaceDetails().
+     */
+    virtual QObject* watchReplies() = 0;
 };

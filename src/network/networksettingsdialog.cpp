@@ -4,6 +4,7 @@
 #include "touch/busymark.h"
 #include "ui_networksettingsdialog.h"
 
+#include <QDebug>
 #include <QSignalBlocker>
 
 namespace {
@@ -23,12 +24,8 @@ NetworkSettingsDialog::NetworkSettingsDialog(const QList<sNetworkInterfaceDetail
             SLOT(onCurrentNetInterfaceChanged(QString)));
     connect(ui->useDHCP_comboBox, SIGNAL(currentTextChanged(QString)), this,
             SLOT(onDHCPCurrentIndexChanged(QString)));
-    auto* pBusyMark = new BusyMark(ui->applyButton);
-    connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(start()));
+    m_pBusyMark = new BusyMark(ui->applyButton);
     connect(ui->applyButton, SIGNAL(clicked()), this, SLOT(onApplyClicked()));
-    connect(ui->applyButton, SIGNAL(clicked()), pBusyMark, SLOT(stop()));
-    // Comes after the refresh of the panel, which can take longer than the tick is shown.
-    connect(this, SIGNAL(settingsApplied()), pBusyMark, SLOT(showTaken()), Qt::QueuedConnection);
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
     populateUI(oInterfacesList, strInterfaceName);
 }
@@ -89,6 +86,7 @@ void NetworkSettingsDialog::onDHCPCurrentIndexChanged(QString strUseDHCP)
 
 void NetworkSettingsDialog::onApplyClicked()
 {
+    m_pBusyMark->start();
     saveValues();
 }
 
@@ -101,7 +99,12 @@ void NetworkSettingsDialog::saveValues()
     oNetworkInterfaceDetails.m_strStdGateway = ui->gateway_LineEdit->text();
     oNetworkInterfaceDetails.m_bISDHCP = ui->useDHCP_comboBox->currentIndex() == eUseDHCP_Yes;
     NetworkInterfaceAccess* pAccess = interfaceAccess();
-    if (pAccess && pAccess->setInterfaceDetails(oNetworkInterfaceDetails)) {
-        emit settingsApplied();
+    if (!pAccess || !pAccess->setInterfaceDetails(oNetworkInterfaceDetails)) {
+        qWarning() << "saveValues failed: the settings were not sent for"
+                   << oNetworkInterfaceDetails.m_strName;
+        m_pBusyMark->finish(false);
+        return;
     }
+    m_pBusyMark->finishWith(pAccess->watchReplies());
+    emit settingsApplied();
 }

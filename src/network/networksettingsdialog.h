@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QList>
 
+class BusyMark;
 class NetworkInterfaceAccess;
 class Ui_NetworkSettingsDialog;
 
@@ -32,7 +33,7 @@ public:
     ~NetworkSettingsDialog() override;
 
 signals:
-    /** The parent has accepted the settings. */
+    /** The settings were sent; the service may still refuse them. */
     void settingsApplied();
 
 private slots:
@@ -46,4 +47,5 @@ private:
     NetworkInterfaceAccess* interfaceAccess() const;
 
     Ui_NetworkSettingsDialog* ui;
+    BusyMark* m_pBusyMark = nullptr; // on Apply, until the service has replied
 };

@@ -261,6 +261,11 @@ bool TarnixUI::setInterfaceDetails(const sNetworkInterfaceDetails& oDetails)
     return InterfaceSettings::write(oDetails);
 }
 
+QObject* TarnixUI::watchReplies()
+{
+    return OVIKPlatform::getInstance()->watchReplies();
+}
+
 QList<sNetworkInterfaceDetails> TarnixUI::getTestInterfaceDetails()
 {
     return InterfaceSettings::testDetails();

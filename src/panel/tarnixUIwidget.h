@@ -95,6 +95,9 @@ public:
     /** Returns InterfaceSettings::write() of the record. */
     bool setInterfaceDetails(const sNetworkInterfaceDetails& oDetails) final;
 
+    /** Returns OVIKPlatform::watchReplies(). */
+    QObject* watchReplies() final;
+
 private slots:
     void onSysTimeTimerTimeOut();
     void onSystemDateTimeRequested();

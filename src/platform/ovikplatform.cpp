@@ -36,20 +36,36 @@ quint32 toIPv4(const QString& strAddress)
 }
 
 /**
- * Waits for oReply and reads its JSON text into oRecord.
+ * Waits for the reply and takes its value. Returns false on an error reply.
  *
- * Returns false when the reply is an error or a value has another type than its key asks for. A text that is
- * no JSON object leaves oRecord as it is.
+ * Does not compile if the description of the interface has another type than the variable.
  */
-template<typename Record>
-bool readReply(QDBusPendingReply<QString> oReply, Record& oRecord)
+template<typename Value>
+bool readValue(QDBusPendingReply<Value> oReply, Value& oValue)
 {
     oReply.waitForFinished();
     if (oReply.isError()) {
         return false;
     }
+    oValue = oReply.value();
+    return true;
+}
+
+/**
+ * Waits for the reply and reads its JSON text into the record.
+ *
+ * Returns false on an error reply, and if a value has another type than its key asks for. A text that is not
+ * a JSON object leaves the record as it is.
+ */
+template<typename Record>
+bool readRecord(const QDBusPendingReply<QString>& oReply, Record& oRecord)
+{
+    QString strText;
+    if (!readValue(oReply, strText)) {
+        return false;
+    }
     try {
-        oRecord.fromJSON(oReply.value());
+        oRecord.fromJSON(strText);
         return true;
     } catch (const json::Exception&) {
         return false;
@@ -209,7 +225,7 @@ bool OVIKPlatform::UpdateNetworkSettings()
         return false;
     }
     Interface oInterface;
-    m_bHasReadSettings = readReply(m_networkManager->getInterfaceConfig(ifName), oInterface);
+    m_bHasReadSettings = readRecord(m_networkManager->getInterfaceConfig(ifName), oInterface);
     if (m_bHasReadSettings) {
         cacheSettings(oInterface);
     }
@@ -244,11 +260,12 @@ void OVIKPlatform::cacheSettings(const OVIK::NetworkConfiguration::Interface& oI
 
 bool OVIKPlatform::SetNetworkSettings()
 {
+    m_oSentCalls.clear();
     if (!isConnectedOrInit()) {
         return false;
     }
     Interface oInterface;
-    if (!readReply(m_networkManager->getInterfaceConfig(ifName), oInterface) || oInterface.name.isEmpty()) {
+    if (!readRecord(m_networkManager->getInterfaceConfig(ifName), oInterface) || oInterface.name.isEmpty()) {
         return false;
     }
     oInterface.dhcp = dhcp;
@@ -257,15 +274,21 @@ bool OVIKPlatform::SetNetworkSettings()
         oInterface.netmask = QHostAddress(netMask).toString();
         oInterface.gateway_ip = QHostAddress(gateWay).toString();
     }
-    m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON());
+    m_oSentCalls.append(
+        {"setInterfaceConfigJSON", m_networkManager->setInterfaceConfigJSON(ifName, oInterface.toJSON())});
     // Only a lost connection is an error at once. The pending reply does not show it: Qt sends in a thread of
-    // its own, and an error that the service replies must go unnoticed however fast it comes.
+    // its own, and an error that the service replies does not count here, however fast it comes.
     // Kept, see docs/compatibility.md
     if (!m_ovikConnection->isConnected()) {
         return false;
     }
-    m_networkManager->applyNewConfiguration();
+    m_oSentCalls.append({"applyNewConfiguration", m_networkManager->applyNewConfiguration()});
     return true;
+}
+
+PendingReplies* OVIKPlatform::watchReplies()
+{
+    return new PendingReplies(m_oSentCalls, this);
 }
 
 QHostAddress OVIKPlatform::GetBestInterfaceIP()
@@ -274,7 +297,7 @@ QHostAddress OVIKPlatform::GetBestInterfaceIP()
         return {};
     }
     OVIK::NetworkConfiguration oConfiguration;
-    if (!readReply(m_networkManager->getConfigJSON(), oConfiguration)) {
+    if (!readRecord(m_networkManager->getConfigJSON(), oConfiguration)) {
         return {};
     }
     for (const Interface* pInterface : std::as_const(oConfiguration.interfaces)) {
@@ -294,12 +317,10 @@ quint32 OVIKPlatform::GetVersion()
     if (!isConnectedOrInit() || version != 0) {
         return version;
     }
-    QDBusPendingReply<partitionInfo> oReply = m_mainosInfo->info();
-    oReply.waitForFinished();
-    if (oReply.isError()) {
+    partitionInfo oInfo;
+    if (!readValue(m_mainosInfo->info(), oInfo)) {
         return version;
     }
-    const partitionInfo oInfo = oReply.value();
     version =
         versionNumber(oInfo, 11) << 24U | versionNumber(oInfo, 13) << 16U | versionNumber(oInfo, 15) << 8U;
     return version;
@@ -307,18 +328,19 @@ quint32 OVIKPlatform::GetVersion()
 
 void OVIKPlatform::restartNTPDService(bool bEnable)
 {
+    m_oSentCalls.clear();
     if (!m_serviceManager) {
         return;
     }
     // Every change starts from a daemon that is stopped and disabled.
     // Kept, see docs/compatibility.md
-    m_serviceManager->stop(s_szNTPService);
-    m_serviceManager->disable(s_szNTPService);
+    m_oSentCalls.append({"stop", m_serviceManager->stop(s_szNTPService)});
+    m_oSentCalls.append({"disable", m_serviceManager->disable(s_szNTPService)});
     if (!bEnable) {
         return;
     }
-    m_serviceManager->enable(s_szNTPService);
-    m_serviceManager->start(s_szNTPService);
+    m_oSentCalls.append({"enable", m_serviceManager->enable(s_szNTPService)});
+    m_oSentCalls.append({"start", m_serviceManager->start(s_szNTPService)});
 }
 
 bool OVIKPlatform::isNTPDEnabled()
@@ -326,9 +348,8 @@ bool OVIKPlatform::isNTPDEnabled()
     if (!m_serviceManager) {
         return false;
     }
-    QDBusPendingReply<bool> oReply = m_serviceManager->enabled(s_szNTPService);
-    oReply.waitForFinished();
-    return !oReply.isError() && oReply.value();
+    bool bEnabled = false;
+    return readValue(m_serviceManager->enabled(s_szNTPService), bEnabled) && bEnabled;
 }
 
 void OVIKPlatform::Reboot()

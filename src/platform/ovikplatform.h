@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/oviknetworkmanager.h"
+#include "platform/pendingreplies.h"
 
 #include <QDBusConnection>
 #include <QHostAddress>
@@ -106,12 +107,20 @@ public:
      * them.
      *
      * With DHCP on the addresses stay as the service has them. Does not wait for the replies to the writing:
-     * true means that the settings were sent. Returns false, and sends nothing, without a connection or when
+     * true means that the settings were sent; watchReplies() tells how the service took
+     * them. Returns false, and sends nothing, without a connection or when
      * the interface's present settings cannot be read: an error reply, or a text that does not describe an
      * interface. A description needs a name: without one it may come from a truncated text, and defaults must
      * never overwrite a device's settings.
      */
     bool SetNetworkSettings();
+
+    /**
+     * Watches the replies to what the last SetNetworkSettings() or restartNTPDService() has sent.
+     *
+     * Returns an object that reports once and then deletes itself. To be called right after the operation.
+     */
+    PendingReplies* watchReplies();
 
     /**
      * Returns the address that identifies the device best, read from the service.
@@ -131,7 +140,8 @@ public:
     /**
      * Makes the service stop and disable the NTP daemon and then, when bEnable is set, enable and start it.
      *
-     * Does not wait for the service, and does nothing before a successful Init().
+     * Does not wait for the service; watchReplies() tells how it took the calls. Does nothing before a
+     * successful Init().
      */
     void restartNTPDService(bool bEnable);
 
@@ -177,4 +187,5 @@ private:
     bool dhcp = false;
     QString m_deviceName;
     bool m_bHasReadSettings = false;
+    QList<sSentCall> m_oSentCalls; // of the last operation that did not wait
 };

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int s_nBarHeight = 6;
 constexpr int s_nSeenMilliseconds = 500;
-constexpr int s_nTakenMilliseconds = 2000;
+constexpr int s_nTickMilliseconds = 2000;
 constexpr char s_szTick[] = ":/images/touch/check.png";
 
 } // namespace
@@ -27,33 +27,47 @@ BusyMark::BusyMark(QPushButton* pButton)
     pLayout->setContentsMargins(s_nBarHeight, 0, s_nBarHeight, s_nBarHeight);
     pLayout->addWidget(m_pBar, 0, Qt::AlignBottom);
     m_oStopTimer.setSingleShot(true);
-    m_oTakenTimer.setSingleShot(true);
+    m_oTickTimer.setSingleShot(true);
     connect(&m_oStopTimer, SIGNAL(timeout()), m_pBar, SLOT(hide()));
-    connect(&m_oTakenTimer, SIGNAL(timeout()), this, SLOT(hideTaken()));
+    connect(&m_oTickTimer, SIGNAL(timeout()), this, SLOT(hideTick()));
+}
+
+void BusyMark::finishWith(QObject* pWork)
+{
+    m_pWork = pWork;
+    connect(pWork, SIGNAL(finished(bool)), this, SLOT(finish(bool)));
 }
 
 void BusyMark::start()
 {
-    hideTaken();
+    if (m_pWork) {
+        disconnect(m_pWork, nullptr, this, nullptr);
+    }
+    m_bFailed = false;
+    hideTick();
     m_oStopTimer.stop();
     m_pBar->show();
     m_pButton->repaint();
 }
 
-void BusyMark::stop()
+void BusyMark::fail()
 {
-    m_oStopTimer.start(s_nSeenMilliseconds);
+    m_bFailed = true;
 }
 
-void BusyMark::showTaken()
+void BusyMark::finish(bool bDone)
 {
+    if (!bDone || m_bFailed) {
+        m_oStopTimer.start(s_nSeenMilliseconds);
+        return;
+    }
     m_pBar->hide();
     m_pButton->setIcon(QIcon(s_szTick));
-    m_oTakenTimer.start(s_nTakenMilliseconds);
+    m_oTickTimer.start(s_nTickMilliseconds);
 }
 
-void BusyMark::hideTaken()
+void BusyMark::hideTick()
 {
-    m_oTakenTimer.stop();
+    m_oTickTimer.stop();
     m_pButton->setIcon(QIcon());
 }

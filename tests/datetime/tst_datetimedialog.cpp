@@ -39,7 +39,8 @@ const std::tuple<const char*, const char*, const char*, const char*> s_aReports[
     {s_szZones, "echo \"x[[a, 'b''c' ,,d'e][f]\"", "<[a of [a|bc||de>", ""},
     {s_szZones, "echo 'x]y[a,b]'", "<a of a|b]>", ""},
     {s_szZones, "echo '[a,'; sleep 1000 & exec yes b,", "<a of a|b|b|b>", s_szCrash},
-    {s_szZones, "", "< of >", "onProcessError Error:  QProcess::FailedToStart"}, // not executable
+    {s_szZones, "", "<Europe/Rome of >", "onProcessError Error:  QProcess::FailedToStart"}, // not executable
+    {s_szZones, "echo '[]'; exit 1", "<Europe/Rome of >", ""},
     {"cat", "printf ' Euro'; sleep 0.1; printf 'pe/Rome\\n\\0UTC'", "<Europe/Rome of", ""},
     {"cat", "printf 'UTC%200000s'; exec sleep 1000", "<UTC of", s_szCrash},
     {"sed", "printf '* 10.0'; sleep 0.1; printf '.0.2 2 u 6'; sleep 0.1; echo '4 128 377'",
@@ -129,6 +130,8 @@ private slots:
                               "File_Permission = stat -c \"%a %n\" /etc/timezone\nchmod 777 /etc/timezone\n"
                               "echo Etc/GMT+1_2.3-4 > /etc/timezone\nchmod $File_Permission /etc/timezone\n",
                               QString(strFinished).replace("exitCode: 0", "exitCode: 1"),
+                              "setTimeZone failed: /etc/localtime leads to no readable file for "
+                              "\"Etc/GMT+1_2.3-4\"",
                               "started /bin/sh -c #!/bin/sh\n\n"
                               "/usr/bin/kadconfig-gen-ntp-conf.sh > /etc/kadconfig-ntp.conf\n",
                               strFinished}));
@@ -151,9 +154,11 @@ private slots:
         QVERIFY(m_pAutomatic->isChecked() && m_pServer->isEnabled() && !m_pDate->isEnabled());
         m_pAutomatic->click();
         for (const QString strZone : {"../../../etc", "%2'; touch /tmp/hangs; '%1", "", "~", "*",
-                                      "$(touch /tmp/hangs)`touch /tmp/hangs`\"", " Asia/Tokyo "}) {
+                                      "$(touch /tmp/hangs)`touch /tmp/hangs`\"", " Asia/Tokyo ", " "}) {
+            const QByteArray oFormer = contents("/etc/timezone");
             apply(strZone);
-            QCOMPARE(contents("/etc/timezone"), strZone.trimmed().toUtf8() + '\n');
+            const QByteArray oZone = strZone.trimmed().toUtf8();
+            QCOMPARE(contents("/etc/timezone"), oZone.isEmpty() ? oFormer : oZone + '\n');
         }
         QCOMPARE(QFile::symLinkTarget("/etc/localtime"), "/usr/share/zoneinfo/posix/Asia/Tokyo");
         QVERIFY(!QFile::exists("/tmp/hangs"));
