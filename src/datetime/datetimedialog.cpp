@@ -7,9 +7,6 @@
 #include "datetime/toolprocess.h"
 #include "platform/ovikplatform.h"
 #include "touch/busymark.h"
-#include "touch/choicefinder.h"
-#include "touch/datetimesteps.h"
-#include "touch/latecalendar.h"
 #include "ui_datetimedialog.h"
 
 #include <QDebug>
@@ -19,8 +16,6 @@ namespace {
 
 constexpr char s_szDefaultServer[] = TARNIXUI_NTP_SERVER;
 constexpr char s_szSettingsFile[] = "/etc/kadconfig/datetime.json";
-
-constexpr int s_nStepsRow = 2; // of the form: below the date and time
 
 bool hasZones(const QComboBox& oZones)
 {
@@ -51,10 +46,6 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     // An on-screen keyboard asks the line edit.
     ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
     ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
-    new ChoiceFinder(ui->timezone_ComboBox);
-    new LateCalendar(ui->currentDate_DateEdit);
-    auto* pSteps = new DateTimeSteps(ui->currentDate_DateEdit);
-    ui->formLayout->insertRow(s_nStepsRow, static_cast<QWidget*>(nullptr), pSteps);
     runProcess(eProcessType_GetTimeZoneList);
     ui->autoUpdate_CheckBox->setChecked(OVIKPlatform::getInstance()->isNTPDEnabled());
     m_oInitialDateTime = QDateTime::currentDateTime();

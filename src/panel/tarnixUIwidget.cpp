@@ -10,8 +10,8 @@
 #include "panel/rowtaps.h"
 #include "panel/startnotice.h"
 #include "platform/ovikplatform.h"
-#include "touch/dialogplacement.h"
 #include "touch/fingerscroll.h"
+#include "touch/touchdialog.h"
 #include "ui_tarnixUIwidget.h"
 #include "window/visiblescreen.h"
 
@@ -306,7 +306,7 @@ void TarnixUI::runDialog(QDialog* pDialog)
 {
     QFont oFont = font();
     oFont.setPixelSize(m_pPanelInfo->infoTextFontSize);
-    new DialogPlacement(pDialog, oFont);
+    makeTouchable(pDialog, oFont);
     const QPointer<QDialog> pGuard = pDialog;
     pDialog->exec();
     delete pGuard;

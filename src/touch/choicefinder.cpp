@@ -1,6 +1,7 @@
 #include "touch/choicefinder.h"
 
 #include "touch/touchlist.h"
+#include "window/floatingwindow.h"
 #include "window/visiblescreen.h"
 
 #include <QComboBox>
@@ -17,20 +18,22 @@ constexpr int s_nEnoughRows = 3;
 
 } // namespace
 
+void ChoiceFinder::attachTo(QComboBox* pComboBox)
+{
+    new ChoiceFinder(pComboBox);
+}
+
 ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     : QObject(pComboBox), m_pComboBox(pComboBox), m_pList(new QListView(pComboBox->window()))
 {
     m_oFound.setSourceModel(pComboBox->model());
     m_oFound.setFilterCaseSensitivity(Qt::CaseInsensitive);
     m_pList->setObjectName(QStringLiteral("choices"));
-    // The only kind of window that leaves the keyboard to the field on every platform.
-    m_pList->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
-    m_pList->setFocusPolicy(Qt::NoFocus);
-    m_pList->setAttribute(Qt::WA_ShowWithoutActivating);
+    makeFloating(m_pList);
     m_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pList->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pList->setModel(&m_oFound);
-    new TouchList(m_pList);
+    TouchList::attachTo(m_pList);
     connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), this, SLOT(find(QString)));
     connect(m_pList, SIGNAL(clicked(QModelIndex)), this, SLOT(choose(QModelIndex)));
     connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()));
@@ -85,12 +88,7 @@ void ChoiceFinder::show()
     const int nHeight = qMin(nWanted, oFree.height());
     const int nField = m_pComboBox->mapToGlobal(QPoint()).y();
     const int nTop = oFree.top() < nField ? oFree.bottom() + 1 - nHeight : oFree.top();
-    const QRect oRect(oFree.left(), nTop, oFree.width(), nHeight);
-    if (!m_pList->isVisible() || m_pList->geometry() != oRect) {
-        m_pList->hide(); // Wayland moves no window that is shown
-        m_pList->setGeometry(oRect);
-        m_pList->show();
-    }
+    showFloating(m_pList, QRect(oFree.left(), nTop, oFree.width(), nHeight));
 }
 
 bool ChoiceFinder::eventFilter(QObject* pWatched, QEvent* pEvent)

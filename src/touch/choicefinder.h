@@ -8,21 +8,20 @@ class QListView;
 class QModelIndex;
 
 /**
- * Lists the entries of an editable combo box that contain what is typed; a tap on one chooses it.
+ * Lists the entries of an editable combo box that contain the typed text; a tap on one chooses it.
  *
- * The tap that gives the field the focus selects its text, so that typing replaces it. What is typed stays as
- * it is until an entry is tapped. The list is no pop-up: an on-screen keyboard can be used on while it is
- * shown. Belongs to the combo box and lives as long as it.
+ * The tap that gives the field the focus selects its text, so that typing replaces it. The typed text stays
+ * until an entry is tapped. While the list is shown an on-screen keyboard stays usable.
  */
 class ChoiceFinder : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param pComboBox an editable one, without a completer of its own */
-    explicit ChoiceFinder(QComboBox* pComboBox);
+    /** Adds the list to pComboBox, which is editable, has no completer, and owns what is added. */
+    static void attachTo(QComboBox* pComboBox);
 
-    /** Hides the list with the field, and moves it along; see QObject::eventFilter. Never true. */
+    /** Hides the list with the field, and moves it along; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private slots:
@@ -31,6 +30,7 @@ private slots:
     void place();
 
 private:
+    explicit ChoiceFinder(QComboBox* pComboBox);
     void show();
     QRect freeRect() const;
 

@@ -10,8 +10,8 @@ class QPushButton;
 /**
  * Two buttons that change one part of a date and time: by one with each tap, by many while held.
  *
- * The part is the one that was tapped in the field, whose name stands between the buttons; a tap selects it,
- * so that typing replaces it. Beyond its last value a part begins again with its first.
+ * The part is the one that was tapped in the field; its name stands between the buttons. A tap selects it, so
+ * that typing replaces it. Parts wrap around.
  */
 class DateTimeSteps : public QWidget
 {
@@ -21,7 +21,7 @@ public:
     /** @param pEdit the field; outlives the buttons. They are enabled while it is. */
     explicit DateTimeSteps(QDateTimeEdit* pEdit);
 
-    /** Follows the field; see QObject::eventFilter. Never true. */
+    /** Follows the field; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private slots:

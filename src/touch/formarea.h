@@ -5,16 +5,16 @@
 class QFormLayout;
 
 /**
- * The fields of a dialog, dragged by a finger where they do not fit.
+ * The fields of a dialog, which a finger scrolls if they do not fit.
  *
- * As high as its fields wherever there is room, and never scrolled sideways.
+ * It is as high as its fields wherever there is room, and never scrolls sideways.
  */
 class FormArea : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    /** Takes over a form, which must not belong to any layout any more, with its fields. */
+    /** Takes over a form with its fields, which no layout may own. */
     explicit FormArea(QFormLayout* pForm);
 
     /** Returns the size of all fields at the present width of the area. */
@@ -23,4 +23,9 @@ public:
     QSize minimumSizeHint() const override;
     /** Scrolls until the field with the focus can be seen, if one has it. */
     void showFocus();
+    /** Puts fields below their captions. A check box gets a row of its own, as wide as the form. */
+    void wrapRows();
+
+private:
+    QFormLayout* m_pForm;
 };

@@ -5,6 +5,11 @@
 #include <QDateTimeEdit>
 #include <QEvent>
 
+void LateCalendar::attachTo(QDateTimeEdit* pEdit)
+{
+    new LateCalendar(pEdit);
+}
+
 LateCalendar::LateCalendar(QDateTimeEdit* pEdit) : QObject(pEdit), m_pEdit(pEdit)
 {
     pEdit->installEventFilter(this);

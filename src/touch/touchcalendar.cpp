@@ -1,28 +1,31 @@
 #include "touch/touchcalendar.h"
 
+#include "window/visiblescreen.h"
+
 #include <QBoxLayout>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 #include <QTableView>
 #include <QTransform>
 
 namespace {
 
+constexpr QSize s_oLeastScreen(240, 240);
+constexpr int s_nLowScreen = 360;    // a wide screen that is lower has the buttons beside the days
+constexpr int s_nNarrowScreen = 244; // leaves no room for a frame
 constexpr int s_nColumns = 7;
 constexpr int s_nRows = 6;
 constexpr int s_nNamesHeight = 22; // of the days of the week
 constexpr int s_nCell = 48;
-constexpr int s_nRoomyCell = 40;
 constexpr int s_nBesideWidth = 56; // of the buttons beside the days
 constexpr int s_nFrame = 2;
 constexpr int s_nTextMargin = 5; // around the name of a day
 constexpr int s_nLabelWidth = 46;
 constexpr int s_nLabelHeight = 24;
-constexpr int s_aButtons[] = {48, 40, 36};
+constexpr int s_aButtons[] = {48, 40};
+constexpr int s_nLeastButton = 36;
 constexpr int s_nRepeatDelay = 400; // milliseconds
 constexpr int s_nRepeatInterval = 250;
 constexpr int s_nArrow = 24;
@@ -30,82 +33,81 @@ constexpr char s_szArrow[] = ":/images/touch/arrow-down.png";
 constexpr char s_szBarSheet[] =
     "QPushButton { min-width: %1px; min-height: %1px; padding: 0px; border: none; }";
 
+// Returns the size of four buttons that share nLength pixels.
+int buttonFor(int nLength)
+{
+    for (const int nButton : s_aButtons) {
+        if (4 * nButton <= nLength) {
+            return nButton;
+        }
+    }
+    return s_nLeastButton;
+}
+
 } // namespace
 
 /** Where the buttons stand and how large everything is. */
 struct TouchCalendar::sPlan
 {
+    explicit sPlan(const QSize& oScreen);
+
     bool m_bBeside;
+    int m_nFrame;
     int m_nButton;
-    QSize m_oCell;
-
-    int least() const { return qMin(m_oCell.width(), m_oCell.height()); }
-
-    QSize days() const { return {s_nColumns * m_oCell.width(), s_nNamesHeight + s_nRows * m_oCell.height()}; }
+    QRect m_oBar;
+    QRect m_oDays;
 };
+
+TouchCalendar::sPlan::sPlan(const QSize& oScreen)
+    : m_bBeside(oScreen.width() > oScreen.height() && oScreen.height() < s_nLowScreen),
+      m_nFrame(qMin(oScreen.width(), oScreen.height()) < s_nNarrowScreen ? 0 : s_nFrame)
+{
+    const QSize oRoom = oScreen - QSize(1, 1) - 2 * QSize(m_nFrame, m_nFrame); // the field places it one off
+    m_nButton =
+        buttonFor(m_bBeside ? oRoom.height() - 2 * s_nLabelHeight : oRoom.width() - 2 * s_nLabelWidth);
+    const QSize oBar = m_bBeside ? QSize(s_nBesideWidth, 0) : QSize(0, m_nButton);
+    const QSize oCells = oRoom - oBar - QSize(0, s_nNamesHeight);
+    m_oDays = QRect(m_nFrame + oBar.width(), m_nFrame + oBar.height(),
+                    s_nColumns * qMin(oCells.width() / s_nColumns, s_nCell),
+                    s_nNamesHeight + s_nRows * qMin(oCells.height() / s_nRows, s_nCell));
+    m_oBar = QRect(QPoint(m_nFrame, m_nFrame),
+                   m_bBeside ? QSize(oBar.width(), m_oDays.height()) : QSize(m_oDays.width(), oBar.height()));
+}
 
 TouchCalendar::TouchCalendar(QWidget* pParent)
     : QCalendarWidget(pParent), m_pMonth(new QLabel), m_pYear(new QLabel)
 {
-    const QScreen* pScreen = QGuiApplication::primaryScreen();
-    const QSize oScreen = pScreen ? pScreen->size() - QSize(1, 1) : QSize(); // the field places it one off
-    const QSize oFrame(2 * s_nFrame, 2 * s_nFrame);
-    sPlan oPlan = planFor(oScreen - oFrame);
-    const bool bFramed = oPlan.least() >= qMin(s_nRoomyCell, planFor(oScreen).least());
-    if (!bFramed) {
-        oPlan = planFor(oScreen);
-    }
+    const sPlan oPlan(screenRect().size().expandedTo(s_oLeastScreen));
     setNavigationBarVisible(false);
     setVerticalHeaderFormat(NoVerticalHeader);
+    setAttribute(Qt::WA_StyledBackground, oPlan.m_nFrame > 0); // draws the frame
     fitDays(oPlan);
-    auto* pLayout = static_cast<QBoxLayout*>(layout());
-    pLayout->setDirection(oPlan.m_bBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    pLayout->insertWidget(0, makeBar(oPlan));
-    m_oSize = oPlan.days() + (oPlan.m_bBeside ? QSize(s_nBesideWidth, 0) : QSize(0, oPlan.m_nButton));
-    if (bFramed) {
-        setAttribute(Qt::WA_StyledBackground);
-        pLayout->setContentsMargins(s_nFrame, s_nFrame, s_nFrame, s_nFrame);
-        m_oSize += oFrame;
-    }
+    makeBar(oPlan);
+    m_oSize = (oPlan.m_oBar | oPlan.m_oDays).size() + 2 * QSize(oPlan.m_nFrame, oPlan.m_nFrame);
     connect(this, SIGNAL(currentPageChanged(int, int)), this, SLOT(showPage()));
 }
 
-// Returns the plan with the largest cells, of several the one with the largest buttons, above the days if
-// possible.
-TouchCalendar::sPlan TouchCalendar::planFor(const QSize& oScreen)
+// Qt 5.15 and 6 show the days in this view.
+QTableView* TouchCalendar::days() const
 {
-    sPlan oBest = {false, s_aButtons[0], {}};
-    for (const bool bBeside : {false, true}) {
-        for (const int nButton : s_aButtons) {
-            const QSize oBar = bBeside ? QSize(s_nBesideWidth, 0) : QSize(0, nButton);
-            const QSize oDays = oScreen - oBar - QSize(0, s_nNamesHeight);
-            const QSize oCell(qMin(oDays.width() / s_nColumns, s_nCell),
-                              qMin(oDays.height() / s_nRows, s_nCell));
-            const int nLength = 4 * nButton + 2 * (bBeside ? s_nLabelHeight : s_nLabelWidth);
-            const bool bFits = nLength <= (bBeside ? oScreen.height() : oScreen.width());
-            const sPlan oPlan = {bBeside, nButton, oCell};
-            if (bFits && oPlan.least() > oBest.least()) {
-                oBest = oPlan;
-            }
-        }
-    }
-    return oBest;
+    return findChild<QTableView*>();
 }
 
 void TouchCalendar::fitDays(const sPlan& oPlan)
 {
-    auto* pDays = findChild<QTableView*>();
-    pDays->setFixedSize(oPlan.days());
-    pDays->horizontalHeader()->setMinimumSectionSize(1);
-    QHeaderView* pRows = pDays->verticalHeader();
+    layout()->setContentsMargins(oPlan.m_oDays.left(), oPlan.m_oDays.top(), oPlan.m_nFrame, oPlan.m_nFrame);
+    days()->setFixedSize(oPlan.m_oDays.size());
+    days()->horizontalHeader()->setMinimumSectionSize(1);
+    QHeaderView* pRows = days()->verticalHeader();
     pRows->setMinimumSectionSize(1);
     pRows->setSectionResizeMode(0, QHeaderView::Fixed); // the days of the week; the others share the rest
     pRows->resizeSection(0, s_nNamesHeight);
 }
 
-QWidget* TouchCalendar::makeBar(const sPlan& oPlan)
+void TouchCalendar::makeBar(const sPlan& oPlan)
 {
-    auto* pBar = new QWidget;
+    auto* pBar = new QWidget(this);
+    pBar->setGeometry(oPlan.m_oBar);
     pBar->setObjectName(QStringLiteral("calendarBar"));
     pBar->setStyleSheet(QString(s_szBarSheet).arg(oPlan.m_nButton));
     auto* pLayout = new QBoxLayout(oPlan.m_bBeside ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, pBar);
@@ -123,7 +125,6 @@ QWidget* TouchCalendar::makeBar(const sPlan& oPlan)
         pLabel->setAlignment(Qt::AlignCenter);
         pLabel->setMinimumSize(1, 1); // the texts are chosen to fit
     }
-    return pBar;
 }
 
 QPushButton* TouchCalendar::makeButton(const char* szName, int nAngle, const char* szSlot)
@@ -148,9 +149,9 @@ void TouchCalendar::showEvent(QShowEvent* pEvent)
         const QString strName = locale().dayName(nDay, QLocale::ShortFormat);
         nWidest = qMax(nWidest, fontMetrics().horizontalAdvance(strName) + 2 * s_nTextMargin);
     }
-    const bool bShort = nWidest < findChild<QTableView*>()->width() / s_nColumns;
+    const bool bShort = nWidest < days()->width() / s_nColumns;
     setHorizontalHeaderFormat(bShort ? ShortDayNames : SingleLetterDayNames);
-    layout()->activate();
+    m_pMonth->parentWidget()->layout()->activate();
     showPage();
 }
 

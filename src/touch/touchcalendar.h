@@ -4,12 +4,12 @@
 
 class QLabel;
 class QPushButton;
+class QTableView;
 
 /**
  * A calendar for fingers that fits the screen: buttons for month and year, a day in each cell.
  *
- * Cells are 48 pixels wide and high, less where the screen has no room. The buttons stand above the days, or
- * beside them where that makes the cells larger. The screen is the default one.
+ * Cells are up to 48 pixels wide and high. The buttons stand above the days, or beside them on a low screen.
  */
 class TouchCalendar : public QCalendarWidget
 {
@@ -34,9 +34,9 @@ private slots:
 private:
     struct sPlan;
 
-    static sPlan planFor(const QSize& oScreen);
+    QTableView* days() const;
     void fitDays(const sPlan& oPlan);
-    QWidget* makeBar(const sPlan& oPlan);
+    void makeBar(const sPlan& oPlan);
     QPushButton* makeButton(const char* szName, int nAngle, const char* szSlot);
 
     QSize m_oSize;

@@ -3,6 +3,11 @@
 #include <QCheckBox>
 #include <QEvent>
 
+void TouchCheckBox::attachTo(QCheckBox* pCheckBox)
+{
+    new TouchCheckBox(pCheckBox);
+}
+
 TouchCheckBox::TouchCheckBox(QCheckBox* pCheckBox) : QObject(pCheckBox), m_pCheckBox(pCheckBox)
 {
     pCheckBox->installEventFilter(this);

@@ -6,23 +6,21 @@
 
 class QCheckBox;
 
-/**
- * Makes all of a check box usable with a finger, also what lies beside its text.
- *
- * Belongs to the check box and lives as long as it.
- */
+/** Makes all of a check box usable with a finger, the area beside its text too. */
 class TouchCheckBox : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param pCheckBox as large as what is to be tapped */
-    explicit TouchCheckBox(QCheckBox* pCheckBox);
+    /** Makes all of pCheckBox usable, which owns what that takes. */
+    static void attachTo(QCheckBox* pCheckBox);
 
     /** Changes the mark on a tap; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private:
+    explicit TouchCheckBox(QCheckBox* pCheckBox);
+
     QCheckBox* m_pCheckBox;
     Tap m_oTap;
 };

@@ -6,9 +6,14 @@
 #include <QComboBox>
 #include <QEvent>
 
+void TouchComboBox::attachTo(QComboBox* pComboBox)
+{
+    new TouchComboBox(pComboBox);
+}
+
 TouchComboBox::TouchComboBox(QComboBox* pComboBox) : QObject(pComboBox), m_pComboBox(pComboBox)
 {
-    new TouchList(pComboBox->view());
+    TouchList::attachTo(pComboBox->view());
     pComboBox->installEventFilter(this);
 }
 

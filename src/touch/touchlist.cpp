@@ -6,6 +6,11 @@
 #include <QEvent>
 #include <QStyledItemDelegate>
 
+void TouchList::attachTo(QAbstractItemView* pView)
+{
+    new TouchList(pView);
+}
+
 TouchList::TouchList(QAbstractItemView* pView) : QObject(pView), m_pView(pView)
 {
     pView->setItemDelegate(new QStyledItemDelegate(pView)); // a combo box's own ignores the style sheet

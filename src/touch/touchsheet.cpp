@@ -8,7 +8,7 @@ namespace {
 constexpr char s_szSheet[] = R"(
 QWidget { font-family: "%3"; font-size: %4px; }
 QWidget#fields { background: white; }
-QFrame#frame { border: 2px solid @dark; background: white; }
+QDialog > .QFrame { border: 2px solid @dark; background: white; }
 QLabel, QCheckBox { color: black; font-weight: bold; }
 QLabel:disabled, QCheckBox:disabled { color: @offText; }
 QLineEdit, QComboBox, QAbstractSpinBox {
@@ -36,9 +36,9 @@ QPushButton, QToolButton {
     background: white; color: @dark; outline: none; }
 QPushButton:focus, QToolButton:focus { border-color: @accent; }
 QPushButton#stepDown, QPushButton#stepUp { font-size: 28px; }
-QPushButton#applyButton { background: @accent; border-color: @accent; color: white; }
-QPushButton#applyButton:focus { border-color: @dark; }
-QPushButton:pressed, QPushButton#applyButton:pressed, QToolButton:pressed {
+QPushButton[accent="true"] { background: @accent; border-color: @accent; color: white; }
+QPushButton[accent="true"]:focus { border-color: @dark; }
+QPushButton:pressed, QPushButton[accent="true"]:pressed, QToolButton:pressed {
     background: @dark; border-color: @dark; color: white; }
 QPushButton:disabled, QToolButton:disabled { border-color: @offBorder; background: @offField; color: @offText; }
 QProgressBar { border: none; background: transparent; }
