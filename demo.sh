@@ -3,16 +3,20 @@
 # /usr or /tmp/tarnixUI.
 #
 #   demo.sh [--display x11|wayland|framebuffer] [--screen WIDTHxHEIGHT] [--keyboard] [--headless DIR]
+#   demo.sh --device [--screen WIDTHxHEIGHT] [--keyboard] [--rotate 90] [--platform linuxfb|eglfs] [--headless DIR]
 #
+# --device    on an emulated AArch64 device that boots with the panel's packages; the mouse is the finger on its screen
 # --display   the panel as a client of X, of weston (in a window), or with a frame buffer of its own (through VNC); X if
 #             not given
 # --screen    size of the device's screen, 800x480 if not given; up to 480 wide the wink has its other layout
 # --keyboard  with an on-screen keyboard
+# --rotate    the device's screen and touch screen are mounted turned by that many degrees
+# --platform  what the panel draws on: the device's frame buffer, or KMS through OpenGL
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
 
 fnUsage() {
-    sed -n '2,11s/^# \?//p' "$0" >&2
+    sed -n '2,15s/^# \?//p' "$0" >&2
     exit 2
 }
 
@@ -23,6 +27,25 @@ fnPlatform() { # DISPLAY: prints Qt's name for it
     framebuffer) echo vnc ;;
     *) return 1 ;;
     esac
+}
+
+fnEmulated() { # builds for the device, boots it and plays the tour
+    packaging/install-build-packages.sh --aarch64
+    device/image.sh --build >/dev/null
+    [[ -z $keyboard ]] || emulated+=(--keyboard)
+    if [[ -n $pictures ]]; then
+        mkdir -p "$pictures"
+        emulated=(--pictures "$pictures" "${emulated[@]}")
+    elif [[ -n ${DISPLAY:-} ]]; then
+        emulated+=(--window)
+    else
+        fnNoWindow
+    fi
+    demo/emulated.sh "${emulated[@]}" --screen "$screen"
+}
+
+fnNoWindow() {
+    echo 'demo.sh: no window, as DISPLAY names no X display that can be used; --headless DIR makes pictures instead' >&2
 }
 
 fnWindow() { # opens the device's screen as a window of the user's display; fails if that cannot be
@@ -38,9 +61,17 @@ screen=800x480
 pictures=
 keyboard=
 platform=xcb
+device=
+emulated=()
 while (($#)); do
     case $1 in
     --keyboard) keyboard=1 ;;
+    --device) device=1 ;;
+    --rotate | --platform)
+        [[ "$1 ${2:-}" =~ ^--(rotate (0|90)|platform (linuxfb|eglfs))$ ]] || fnUsage
+        emulated+=("$1" "$2")
+        shift
+        ;;
     --display)
         platform=$(fnPlatform "${2:-}") || fnUsage
         shift
@@ -57,7 +88,12 @@ done
 [[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || fnUsage
 
 cd "$(dirname "$0")"
+((${#emulated[@]} == 0)) || [[ -n $device ]] || fnUsage
 tools/sandbox.sh --check
+if [[ -n $device ]]; then
+    fnEmulated
+    exit
+fi
 packaging/install-build-packages.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target tarnixUI ovik-simulator probe keypad
@@ -74,7 +110,7 @@ if [[ -z $pictures && -n ${DISPLAY:-} ]] && fnWindow; then
     display=()
     DISPLAY=:$(<"$work/display")
 elif [[ -z $pictures ]]; then
-    echo 'demo.sh: no window, as DISPLAY names no X display that can be used; --headless DIR makes pictures instead' >&2
+    fnNoWindow
 fi
 if [[ $platform == vnc ]]; then # at 96 dpi
     platform=vnc:size=$screen:mmsize=$((${screen%x*} * 254 / 960))x$((${screen#*x} * 254 / 960))

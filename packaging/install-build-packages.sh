@@ -3,7 +3,8 @@
 #
 #   install-build-packages.sh [--aarch64]
 #
-# --aarch64   also what building for AArch64 and running it here needs; lets the machine have packages of arm64
+# --aarch64   also what building for AArch64, running it here and making an emulated device needs; lets the machine have
+#             packages of arm64
 set -euo pipefail
 
 # No name carries a version: the same list serves every release.
@@ -14,7 +15,10 @@ packages=(
     cage matchbox-window-manager openbox qtwayland5 tigervnc-viewer weston xwayland
     iproute2 libfaketime mount python3 python3-gi strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
 )
-[[ ${1:-} != --aarch64 ]] || packages+=(crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64 qtbase5-private-dev:arm64)
+[[ ${1:-} != --aarch64 ]] || packages+=(
+    crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64 qtbase5-private-dev:arm64
+    cpio e2fsprogs kmod mmdebstrap qemu-system-arm zstd
+)
 
 missing=()
 for package in "${packages[@]}"; do

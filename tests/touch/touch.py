@@ -21,18 +21,31 @@ from panel import start, wait  # noqa: E402
 ADDRESS, NEXT_ADDRESS, LAST_ADDRESS = "10.0.0.101", "10.0.0.100", "10.0.0.110"  # the order is eth1, eth0, eth3, ...
 
 
+def document():
+    """Returns the network configuration of the device that the operator knows."""
+    interfaces = [{"name": f"eth{number}", "ip_address": f"10.0.0.{100 + number}", "mac_address": "00:0a:1b:2c:3d:4e"}
+                  for number in range(12)]
+    return json.dumps({"version": 1, "interfaces": interfaces})
+
+
 class Operator(Finger):
     """Sees the panel, and knows its device."""
     PACE = 2.0
 
     def __init__(self, program):
-        interfaces = [{"name": f"eth{number}", "ip_address": f"10.0.0.{100 + number}", "mac_address": "00:0a:1b:2c:3d:4e"}
-                      for number in range(12)]
-        document = json.dumps({"version": 1, "interfaces": interfaces})
         subprocess.run(["gdbus", "call", "--system", "--dest", "com.quen.OVIK.Simulator", "--object-path", "/Simulator",
-                        "--method", "com.quen.OVIK.Simulator.SetDocument", json.dumps(document)], check=True)
+                        "--method", "com.quen.OVIK.Simulator.SetDocument", json.dumps(document())], check=True)
         self.panel = start([program])
         super().__init__("/tmp/probe")
+
+    def send(self, line):
+        self.panel.stdin.write(line.encode() + b"\n")
+
+    def tap_twice_while_busy(self, x, y):
+        """It finds two taps at once."""
+        self.panel.send_signal(signal.SIGSTOP)
+        self.pointer("mousemove", str(x), str(y), "click", "--repeat", "2", "1")
+        self.panel.send_signal(signal.SIGCONT)
 
     def rect(self, name):
         return self.find(name)["rect"]
@@ -42,7 +55,7 @@ class Operator(Finger):
 
     def show_applications(self, count):
         before = self.rect("scrollAreaWidgetContents")
-        self.panel.stdin.write(b"n%d\n" % count)
+        self.send(f"n{count}")
         wait(lambda: self.rect("scrollAreaWidgetContents") != before, "no rows come or go")
 
     def drag_by(self, x, y, across, down):
@@ -109,9 +122,7 @@ class Operator(Finger):
 
     def change_interface(self):
         x, y = self.reach("=" + ADDRESS)
-        self.panel.send_signal(signal.SIGSTOP)  # it finds two taps at once, as when it was busy
-        self.pointer("mousemove", str(x), str(y), "click", "--repeat", "2", "1")
-        self.panel.send_signal(signal.SIGCONT)
+        self.tap_twice_while_busy(x, y)
         self.find("macId_Label", "0:a:1b:2c:3d:4e")
         assert sum(widget["name"] == "NetworkSettingsDialog" for widget in self.widgets()) == 1
         self.pick("interfaceList_comboBox", "eth10")
@@ -207,7 +218,7 @@ def main():
         operator.play_still()
     else:
         operator.play()
-    operator.panel.stdin.write(b"quit\n")
+    operator.send("quit")
     sys.exit(operator.panel.wait())
 
 

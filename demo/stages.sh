@@ -1,0 +1,47 @@
+# shellcheck shell=bash
+# What a tour consists of, whatever it plays on. Who sources it has pictures and QT_IM_MODULE set and defines
+#
+#   fnWrite LINE        passes the line to the panel; fails when the panel has ended
+#   fnPicture FILE      writes what the screen shows
+#   fnFinger VERB ...   does what tools/finger.py does
+#   fnOnDevice COMMAND  runs a command of one word on the device
+#   fnService MEMBER ARGUMENT...  calls the platform service as another client of it
+stage=0
+
+fnSay() { printf '\n== %s\n' "$*"; }
+
+fnStage() { # NAME TEXT: lets the panel settle and shows what it looks like now
+    sleep 1
+    stage=$((stage + 1))
+    fnSay "$2"
+    [[ -z $pictures ]] || fnPicture "$(printf '%s/%02d-%s.png' "$pictures" "$stage" "$1")"
+    [[ -n $pictures ]] || sleep 2
+}
+
+fnSend() { # LINE...
+    local line
+    for line in "$@"; do
+        printf 'runtime> %s\n' "$line"
+        fnWrite "$line"
+    done
+}
+
+fnPrompt() {
+    local line
+    fnSay 'Your turn: lines are passed to the panel as they are; "quit" ends it.'
+    echo 'Try dNAME, vVERSION, nCOUNT, aINDEXNAME and sINDEXTEXT with a three-digit index, w1, w0.'
+    while IFS= read -r -p 'runtime> ' line || [[ -n $line ]]; do
+        fnWrite "$line" || return 0
+        [[ $line != quit ]] || return 0
+    done
+    fnSend quit
+}
+
+fnAwaitOnDevice() { # COMMAND: until it succeeds on the device
+    local i
+    for ((i = 0; i < 100; i++)); do
+        ! fnOnDevice "$1" >/dev/null || return 0
+        sleep 0.1
+    done
+    fnFail "timed out: $1"
+}
