@@ -1,3 +1,4 @@
+#include "support/difference.h"
 #include "support/panelprocess.h"
 
 #include <QDateTime>
@@ -72,13 +73,14 @@ private slots:
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("text");
         const QByteArray oLongest(65535, 'x');
-        QTest::newRow("ident") << "identNo" << QByteArray("i4711\n") << "";
-        QTest::newRow("unchanged") << "targetVersion" << QByteArray("v  1.2 \r\n") << "  1.2 \r";
-        QTest::newRow("NUL") << "targetVersion" << QByteArray("vab\0cd\n", 7) << "ab";
-        QTest::newRow("too long") << "targetVersion" << 'v' + oLongest + "😀\n" << QString(oLongest);
-        QTest::newRow("UTF-8") << "appname" << QByteArray("a000Förder 泵\n") << "Förder 泵";
-        QTest::newRow("none") << "appname" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n") << "2";
-        QTest::newRow("no number is 0") << "plcStatus" << QByteArray("s1Run\n") << "n";
+        QTest::newRow("ident") << "identNoForm_Label" << QByteArray("i4711\n") << "";
+        QTest::newRow("unchanged") << "targetVersionForm_Label" << QByteArray("v  1.2 \r\n") << "  1.2 \r";
+        QTest::newRow("NUL") << "targetVersionForm_Label" << QByteArray("vab\0cd\n", 7) << "ab";
+        QTest::newRow("too long") << "targetVersionForm_Label" << 'v' + oLongest + "😀\n" << QString(oLongest);
+        QTest::newRow("UTF-8") << "appnameForm_Label" << QByteArray("a000Förder 泵\n") << "Förder 泵";
+        QTest::newRow("none") << "appnameForm_Label" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n")
+                              << "2";
+        QTest::newRow("no number is 0") << "plcStatusForm_Label" << QByteArray("s1Run\n") << "n";
     }
 
     void showsText()
@@ -91,7 +93,7 @@ private slots:
         oPanel.send(lines.left(lines.size() / 2));
         QVERIFY(!oPanel.widgets().isEmpty()); // does not wait for the rest of the line
         oPanel.send(lines.mid(lines.size() / 2));
-        QCOMPARE(oPanel.waitForText(label + "Form_Label", text), text);
+        QCOMPARE(oPanel.waitForText(label, text), text);
         QCOMPARE(oPanel.quit(), 0);
         QCOMPARE(oPanel.output(), s_oOutput);
     }
@@ -134,15 +136,16 @@ private slots:
         }
         oFlood += QByteArray("i1.2\n").repeated(5000000);
         QFile oFile("/tmp/flood");
-        QVERIFY(oFile.open(QIODevice::WriteOnly) && oFile.write(oFlood) == oFlood.size());
+        QVERIFY(oFile.open(QIODevice::WriteOnly));
+        QCOMPARE(oFile.write(oFlood), oFlood.size());
         PanelProcess oPanel({}, "exec " PANEL_PROGRAM " </tmp/flood");
         QVERIFY(oPanel.start());
         QVERIFY(!oPanel.widgets().isEmpty());
         QCOMPARE(oPanel.output(), "First message\n> "); // the flood goes on
-        QTRY_VERIFY_WITH_TIMEOUT(unknownIn(oPanel.log()) == oExpected, 30000);
+        QTRY_COMPARE_WITH_TIMEOUT(difference(unknownIn(oPanel.log()), oExpected), QByteArray(), 30000);
         QVERIFY(oPanel.log().contains("Command line longer than 4194304 bytes dropped\n"));
         QCOMPARE(oPanel.widget("targetVersionForm_Label").text(), "TargVer");
-        QVERIFY(oPanel.widget("deviceTypeForm_Label").text().startsWith("xxx"));
+        QCOMPARE(oPanel.widget("deviceTypeForm_Label").text().left(3), "xxx");
     }
 };
 

@@ -2,9 +2,11 @@
 // the panel must end, or obey the next command and show the same.
 #include "panel/console.h"
 #include "panel/tarnixUIwidget.h"
+#include "support/difference.h"
 #include "wink/winkwidget.h"
 
 #include <QApplication>
+#include <QDebug>
 #include <QLabel>
 #include <QRegularExpression>
 #include <cstdint>
@@ -53,6 +55,13 @@ static QVariantList outcomeOf(const QByteArray& oBytes, int nPiece, int nNextPie
     return oOutcome;
 }
 
+static QByteArray textOf(const QVariantList& oOutcome)
+{
+    QString strText;
+    QDebug(&strText) << oOutcome;
+    return strText.toUtf8();
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     static int s_nArguments = 0;
@@ -62,7 +71,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
         const auto oInput = QByteArray(reinterpret_cast<const char*>(pData), static_cast<int>(nSize));
         const QByteArray oCommands = oInput.mid(2) + "\nvobeys\n";
         outcomeOf(oCommands, oCommands.size(), 1); // makes the rows
-        if (outcomeOf(oCommands, oCommands.size(), 1) != outcomeOf(oCommands, pData[0] + 1, pData[1] + 1)) {
+        const QVariantList oAtOnce = outcomeOf(oCommands, oCommands.size(), 1);
+        const QVariantList oInPieces = outcomeOf(oCommands, pData[0] + 1, pData[1] + 1);
+        if (oInPieces != oAtOnce) {
+            std::cerr << "In pieces the outcome differs "
+                      << difference(textOf(oInPieces), textOf(oAtOnce)).data() << std::endl;
             std::abort();
         }
     }

@@ -1,9 +1,19 @@
 // Reads any bytes as a document and as a network configuration. What can be read must come out of a second
 // round trip as the same text.
 #include "platform/oviknetworkmanager.h"
+#include "support/difference.h"
 #include "json/jsontext.h"
 
 #include <cstdint>
+#include <iostream>
+
+static void compare(const char* szWhat, const QByteArray& oActual, const QByteArray& oExpected)
+{
+    if (oActual != oExpected) {
+        std::cerr << szWhat << " differs " << difference(oActual, oExpected).data() << std::endl;
+        std::abort();
+    }
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
@@ -17,9 +27,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     } catch (const json::Exception&) {
         return 0;
     }
-    if (writeText(readText(sText)) != sText || !oAgain.fromJSON(oRead.toJSON()) ||
-        oAgain.interfaces.size() > oRead.interfaces.size()) {
-        std::abort();
+    compare("The document", QByteArray::fromStdString(writeText(readText(sText))),
+            QByteArray::fromStdString(sText));
+    if (!oAgain.fromJSON(oRead.toJSON())) {
+        compare("The configuration", "refused", oRead.toJSON().toUtf8());
+    }
+    if (oAgain.interfaces.size() > oRead.interfaces.size()) {
+        compare("The configuration", oAgain.toJSON().toUtf8(), oRead.toJSON().toUtf8());
     }
     return 0;
 }

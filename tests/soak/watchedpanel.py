@@ -1,5 +1,6 @@
 """The panel under test: started with the probe, fed with commands, looked at, and weighed."""
 import glob
+import itertools
 import json
 import os
 import re
@@ -10,10 +11,18 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 TOOLS = os.path.realpath(HERE + "/../../tools")
 sys.path.insert(0, TOOLS)
 from finger import Finger  # noqa: E402
-from panel import fail, start, wait  # noqa: E402
+from panel import Fault, fail, start, wait  # noqa: E402
 
 LOG = "/tmp/soak.log"
 UNWANTED = re.compile(rb"^Q[A-Z]\w*[:(,].*|.*(?:Sanitizer|runtime error|terminate called|ASSERT).*", re.MULTILINE)
+
+
+def differences(actual, expected):
+    """Returns the first entries that differ, each beside the one that was expected."""
+    pairs = itertools.zip_longest(actual, expected, fillvalue="nothing")
+    found = [f"entry {place} is {ours} in place of {theirs}"
+             for place, (ours, theirs) in enumerate(pairs) if ours != theirs]
+    return "; ".join(found[:3])
 
 
 class Panel:
@@ -51,7 +60,11 @@ class Panel:
 
     def settle(self, expected):
         """Waits until the panel shows what is expected."""
-        wait(lambda: self.shown(expected[0]) == expected, f"commands lost: it does not show {expected}")
+        try:
+            wait(lambda: self.shown(expected[0]) == expected, "")
+        except Fault:
+            fields, rows = self.shown(expected[0])
+            fail("commands lost: " + differences([*fields.items(), *rows], [*expected[0].items(), *expected[1]]))
 
     def check_log(self, missing):
         """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""
@@ -61,7 +74,7 @@ class Panel:
             fail(f"it logs: {unwanted[0]}")
         logged = [int(index) for index in re.findall(rb"not found idx: (\d+)", log)]
         if logged != missing:
-            fail(f"commands lost: it logs {len(logged)} missing rows in place of {len(missing)}")
+            fail("commands lost: of the log's missing rows, " + differences(logged, missing))
 
     def weigh(self):
         """Returns what the panel holds."""
