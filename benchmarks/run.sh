@@ -1,6 +1,6 @@
 #!/bin/bash
-# Runs all benchmarks, or those of the touch in the emulator of the device's processor. Let the machine do nothing else
-# meanwhile.
+# Runs all benchmarks, or the touch benchmarks in the emulator of the device's processor. Use an idle machine. A benchmark
+# fails only if it cannot measure.
 #
 #   run.sh [--aarch64]
 set -euo pipefail

@@ -37,7 +37,7 @@ void discount(void* pOld)
 void measure(const Candidate& oCandidate, int nInterfaces)
 {
     const std::string sText = configurationText(nInterfaces);
-    // What a library allocates once is none of the document's.
+    // Excludes one-time allocations of a library.
     oCandidate.Read(sText);
     const std::size_t nBefore = nInUse;
     nPeak = nInUse;

@@ -1,5 +1,4 @@
-// The least that a panel could be: the peer that the panel's start, memory and idle time are measured
-// against.
+// A minimal window of the same toolkit: the peer for the panel's start, memory and idle time.
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Measures the panel beside a bare panel (the same widgets, fonts and bus calls, put together plainly) and a bare window
-of the same toolkit, in turns, and prints the ratios of the medians.
+"""Measures the panel, a minimal program with the same widgets, fonts and bus calls, and a bare window of the same
+toolkit in turns, and prints the ratios of the medians.
 
 To be run in the sandbox by run.sh: run.py BUILD_DIR [--runs N] [--idle SECONDS] [--display NAME]
 """

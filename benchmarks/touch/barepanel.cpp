@@ -1,5 +1,5 @@
-// What the panel could be at least: the same forms, texts, fonts, bus calls and child processes, put together
-// plainly and with nothing guarded. The peer of the panel in the measurements.
+// The panel's peer in the measurements: the same forms, texts, fonts, bus calls and child processes; minimal, without
+// safeguards.
 #include "bareservice.h"
 #include "touch/touchsheet.h"
 #include "ui_datetimedialog.h"

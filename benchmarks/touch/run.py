@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Measures what an operator waits for, in turns with a bare program of the same widgets, and prints the ratios of the
-medians. To be run in the sandbox by run.sh:
+medians. Run in the sandbox by run.sh:
 
     run.py BUILD_DIR [--runs N] [--count] [--emulator PROGRAM] [--refresh]
 
---refresh   measures nothing but the refresh of all interfaces
---count     counts instructions (in millions) and allocations under callgrind instead, which the machine's load and
-            speed do not change
---emulator  runs both programs in it
+--refresh   measures only the refresh of all interfaces
+--count     counts instructions (in millions) and allocations under callgrind instead, whatever the machine's load and
+            speed
+--emulator  runs both programs in this emulator
 """
 import argparse
 import statistics

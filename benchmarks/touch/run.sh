@@ -1,6 +1,6 @@
 #!/bin/bash
-# Builds the panel and a bare program of the same widgets, touches both under a virtual display, and prints how long each
-# takes until the picture is there, and the ratios.
+# Builds the panel and a bare program of the same widgets, touches both on a virtual display, and prints how long each
+# takes until it has painted, and the ratios.
 #
 #   run.sh [--aarch64] [--count] [--runs N]
 #

@@ -47,9 +47,9 @@ QWidget* find(const QString& strName)
  * display, or when the action has returned, if TARGET is "-". TARGET is an object name, a class, or NAME=TEXT
  * for a widget that shows the text. The first answer, to no order, is that to the first paint.
  *
- *     await - TARGET     nothing but wait
+ *     await - TARGET     only wait
  *     press NAME TARGET  a finger comes down on the middle of the widget, or on the right end of NAME@
- *     move PIXELS TARGET the finger goes down by so many pixels
+ *     move PIXELS TARGET the finger moves down by this many pixels
  *     lift - TARGET      the finger leaves
  *     tap NAME TARGET    press, and lift without delay
  *     find NAME -        the widget is scrolled to; the second time is 0 if there is none
