@@ -84,16 +84,21 @@ QMap<QString, RecordType*> copyRecords(const QMap<QString, RecordType*>& from)
 
 /** Compares owned records by key and content, null ones left out. */
 template<class RecordType>
-bool equalRecords(QMap<QString, RecordType*> left, QMap<QString, RecordType*> right)
+bool equalRecords(const QMap<QString, RecordType*>& left, const QMap<QString, RecordType*>& right)
 {
-    for (auto* records : {&left, &right}) {
-        for (const QString& name : records->keys(nullptr)) {
-            records->remove(name);
+    const auto isNull = [](const RecordType* record) { return record == nullptr; };
+    auto first = left.begin();
+    auto second = right.begin();
+    for (;; ++first, ++second) {
+        first = std::find_if_not(first, left.end(), isNull);
+        second = std::find_if_not(second, right.end(), isNull);
+        if (first == left.end() || second == right.end()) {
+            return first == left.end() && second == right.end();
+        }
+        if (first.key() != second.key() || !(**first == **second)) {
+            return false;
         }
     }
-    return left.keys() == right.keys() &&
-           std::equal(left.begin(), left.end(), right.begin(),
-                      [](const RecordType* first, const RecordType* second) { return *first == *second; });
 }
 
 } // namespace OVIK
