@@ -13,7 +13,7 @@ import subprocess
 import sys
 
 ROOMS = "benchmarks|demo|device|docs|keypad|packaging|simulator|src|tests|tools"
-DEVICE_COMMANDS = {"apt", "tarnixUI"}  # no part of a development machine
+ELSEWHERE = {"apt", "apt-get", "gcovr", "run-clang-tidy", "tarnixUI"}  # commands that need not be on this machine
 BUILTINS = {"cd", "export", "mkdir"}
 
 
@@ -44,7 +44,7 @@ def code(page):
 
 
 def is_command(word):
-    return word in DEVICE_COMMANDS | BUILTINS or os.path.exists(word) or "=" in word or shutil.which(word)
+    return word in ELSEWHERE | BUILTINS or os.path.exists(word) or "=" in word or shutil.which(word)
 
 
 def dead_words(page, sources):
@@ -82,6 +82,9 @@ def disagreements():
     for word in variables + commands:
         if word not in manual:
             yield f"{word} is missing in the manual page"
+    for preset in re.findall(r'"displayName".*\n.*|"name": "(\S+)",\n +"displayName"', read("CMakePresets.json")):
+        if preset and f"`{preset}`" not in read("README.md"):
+            yield f"preset {preset} is missing in README.md"
 
 
 def main():
