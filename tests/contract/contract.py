@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""Takes the examples out of the documents and lets them drive the real panel, then measures the waits that the documents
+"""Takes the examples out of the documents and lets them drive the real panel, or measures the waits that the documents
 promise. To be run by device.sh with a screen.
 
-    contract.py BUILD_DIR
+    contract.py examples|waits BUILD_DIR
 """
 import glob
 import json
@@ -20,9 +20,9 @@ sys.path.insert(0, ROOT + "/tools")
 from finger import Finger  # noqa: E402
 
 Finger.PACE = 3.0
-BUILD = os.path.realpath(sys.argv[1])
+BUILD = os.path.realpath(sys.argv[2])
 XML = ROOT + "/src/platform/com.quen.OVIK.xml"
-DEVICE_BUS, SYSTEM_BUS = os.environ["DBUS_SYSTEM_BUS_ADDRESS"], "unix:path=/tmp/contract-bus"
+SYSTEM_BUS = "unix:path=/tmp/contract-bus"
 SPEED = 20  # of the panel's time while waits are measured
 SLACK = SPEED * 1.2  # seconds that a busy machine adds
 PROBE = {"QT_PLUGIN_PATH": BUILD + "/tools/plugins", "QT_QPA_GENERIC_PLUGINS": "probe:/tmp/probe",
@@ -146,7 +146,7 @@ def check_session():
     runtime.stdin.write(b"w1\n")
     finger.find("lbl_IP", "10.1.2.3")
     finger.find("lbl_DeviceName", "500/600")
-    subprocess.run(["sh", "-ec", EXAMPLES["ask-service.sh"]], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["sh", "-ec", EXAMPLES["ask-service.sh"]], check=True, capture_output=True)
     end(runtime, service)
     check_members({member for member, _ in calls()})
 
@@ -188,6 +188,7 @@ def check_invented():
     wait("Apply has been sent again", lambda: len(sent()) > 1)
     expect("what Apply invents", sent()[0] + "\n", EXAMPLES["invented.json"])
     expect("a label beyond ASCII", json.loads(sent()[1])["label"], "B?ro")
+    wait("the panel logs the refusal", lambda: EXAMPLES["refused.log"] in read("/tmp/plc-runtime.service.log"))
     finger.find("=0.0.0.0")
     finger.tap("closeButton")
     end(runtime, service)
@@ -203,7 +204,6 @@ class SimulatedService:
     """The simulated service and the panel, whose time runs fast: waits are measured in its seconds."""
 
     def __init__(self):
-        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = DEVICE_BUS
         self.service = subprocess.Popen([BUILD + "/simulator/ovik-simulator", "--system"], stdout=subprocess.DEVNULL)
         library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0]
         self.environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "LD_PRELOAD": library,
@@ -258,16 +258,17 @@ class SimulatedService:
 
 
 def main():
+    if sys.argv[1] == "waits":
+        simulated = SimulatedService()
+        simulated.check_greetings()
+        simulated.check_quits()
+        return
     shutil.copy(XML, "/usr/share/dbus-1/interfaces")
     os.symlink(BUILD + "/src/tarnixUI", "/usr/bin/tarnixUI")
     check_policy(start_bus())
     check_session()
     check_invented()
     check_by_hand()
-    if b"__asan_init" not in open(BUILD + "/src/tarnixUI", "rb").read():  # can hang when time runs fast
-        simulated = SimulatedService()
-        simulated.check_greetings()
-        simulated.check_quits()
 
 
 if __name__ == "__main__":
