@@ -63,7 +63,8 @@ TarnixUI::TarnixUI(QWidget* pParent)
 
     auto* pConsole = new Console(this);
     pConsole->run(); // Kept, see docs/compatibility.md
-    connect(pConsole, SIGNAL(quit()), qApp, SLOT(quit()));
+    // Not quit(), which a window that refuses to close stops in Qt 6.
+    connect(pConsole, &Console::quit, [] { QCoreApplication::exit(); });
 }
 
 TarnixUI::~TarnixUI()
