@@ -106,6 +106,10 @@ void KeypadContext::open(QObject* pObject, QWindow* pParent)
         connect(pParent, SIGNAL(visibleChanged(bool)), this, SLOT(onParentVisibleChanged(bool)),
                 Qt::UniqueConnection);
     }
+    if (m_oField == pObject && isInputPanelVisible()) {
+        return; // Qt 6 asks for it with every key
+    }
+    m_oField = pObject;
     QInputMethodQueryEvent oQuery(Qt::ImHints);
     QCoreApplication::sendEvent(pObject, &oQuery);
     m_pWindow->open(pParent, Qt::InputMethodHints(oQuery.value(Qt::ImHints).toInt()) & s_eNumbers);

@@ -49,4 +49,5 @@ private:
     QBasicTimer m_oSettling;
     bool m_bWanted = false;
     QPointer<KeypadWindow> m_pWindow; // null until it is opened first
+    QPointer<QObject> m_oField;       // what it was opened for
 };
