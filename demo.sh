@@ -2,7 +2,7 @@
 # Builds the panel and shows it, driven by a simulated runtime. Nothing it does reaches the machine's own clock, /etc,
 # /usr or /tmp/tarnixUI.
 #
-#   demo.sh [--display x11|wayland|framebuffer] [--screen WIDTHxHEIGHT] [--keyboard] [--headless DIR]
+#   demo.sh [--display x11|wayland|framebuffer] [--screen WIDTHxHEIGHT] [--keyboard] [--qt 5|6] [--headless DIR]
 #   demo.sh --device [--screen WIDTHxHEIGHT] [--keyboard] [--rotate 90] [--platform linuxfb|eglfs] [--headless DIR]
 #
 # --device    on an emulated AArch64 device that boots with the panel's packages; the mouse is the finger on its screen
@@ -12,11 +12,12 @@
 # --keyboard  with an on-screen keyboard
 # --rotate    the device's screen and touch screen are mounted turned by that many degrees
 # --platform  what the panel draws on: the device's frame buffer, or KMS through OpenGL
+# --qt        major version of Qt that the panel is built with, 5 if not given
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
 
 fnUsage() {
-    sed -n '2,15s/^# \?//p' "$0" >&2
+    sed -n '2,16s/^# \?//p' "$0" >&2
     exit 2
 }
 
@@ -60,12 +61,18 @@ fnWindow() { # opens the device's screen as a window of the user's display; fail
 screen=800x480
 pictures=
 keyboard=
+preset=dev
 platform=xcb
 device=
 emulated=()
 while (($#)); do
     case $1 in
     --keyboard) keyboard=1 ;;
+    --qt)
+        [[ ${2:-} == [56] ]] || fnUsage
+        [[ $2 == 5 ]] || preset=dev-qt6
+        shift
+        ;;
     --device) device=1 ;;
     --rotate | --platform)
         [[ "$1 ${2:-}" =~ ^--(rotate (0|90)|platform (linuxfb|eglfs))$ ]] || fnUsage
@@ -95,8 +102,8 @@ if [[ -n $device ]]; then
     exit
 fi
 packaging/install-build-packages.sh
-cmake --preset dev >/dev/null
-cmake --build --preset dev --target tarnixUI ovik-simulator probe keypad
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" --target tarnixUI ovik-simulator probe keypad
 
 work=$(mktemp -d)
 window=
@@ -120,8 +127,8 @@ environment=(QT_QPA_PLATFORM="$platform")
 options=()
 [[ -z $pictures ]] || options=(--pictures "$work/pictures")
 
-tools/sandbox.sh "${keep[@]}" -- tools/device.sh --service build/dev "${display[@]}" -- \
-    env "${environment[@]}" demo/runtime.sh "${options[@]}" build/dev
+tools/sandbox.sh "${keep[@]}" -- tools/device.sh --service "build/$preset" "${display[@]}" -- \
+    env "${environment[@]}" demo/runtime.sh "${options[@]}" "build/$preset"
 if [[ -n $pictures ]]; then
     mkdir -p "$pictures"
     cp "$work"/pictures/*.png "$pictures"

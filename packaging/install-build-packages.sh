@@ -10,9 +10,10 @@ set -euo pipefail
 # No name carries a version: the same list serves every release.
 packages=(
     build-essential clang cmake file libclang-rt-dev llvm ninja-build
-    qtbase5-dev qtbase5-dev-tools qtbase5-private-dev dbus-daemon dbus-system-bus-common libglib2.0-bin
+    qtbase5-dev qtbase5-dev-tools qtbase5-private-dev qt6-base-dev qt6-base-private-dev
+    dbus-daemon dbus-system-bus-common libglib2.0-bin
     fonts-liberation fonts-dejavu-core imagemagick
-    cage matchbox-window-manager openbox qtwayland5 tigervnc-viewer weston xwayland
+    cage matchbox-window-manager openbox qt6-wayland qtwayland5 tigervnc-viewer weston xwayland
     iproute2 libfaketime mount python3 python3-gi strace tzdata util-linux valgrind x11-utils xdotool xserver-xephyr xvfb
 )
 [[ ${1:-} != --aarch64 ]] || packages+=(
