@@ -1,6 +1,6 @@
 #include "platform/oviknetworkmanager.h"
 
-#include "json/jsontext.h"
+#include "json/reader.h"
 
 #include <QtTest>
 
@@ -25,15 +25,20 @@ const QString s_strEmpty =
     R"("bridge" : {"enabled" : false,"interfaces" : [],"list" : []},"interfaces" : []})";
 QString g_strLog;
 
-// Reads a text; returns what the record writes of it, and the log.
+// Reads a text; returns what the record writes of it, the log, and whether the object is refused.
 template<class Record>
 QString outcome(const QString& text)
 {
     g_strLog.clear();
     Record record;
     try {
-        const QString written = record.fromJSON(text) ? record.toJSON() : "refused";
-        return written + g_strLog;
+        if (!record.fromJSON(text)) {
+            return "refused" + g_strLog;
+        }
+        const QString result = record.toJSON() + g_strLog;
+        json::Object object;
+        json::Reader::Read(object, text.toLatin1().toStdString());
+        return Record().fromJSONObject(object) ? result : result + "\nrefused";
     } catch (const json::Exception&) {
         return "throws" + g_strLog;
     }
@@ -62,7 +67,7 @@ private slots:
             {R"({"version":0,"interfaces":[{"name":"c"},{"name":"c"}]})",
              "\nInterface  \"c\"  already defined"}};
         for (const auto& [szText, szLogged] : aEmpty) {
-            QCOMPARE(outcome<NetworkConfiguration>(szText), s_strEmpty + szLogged);
+            QCOMPARE(outcome<NetworkConfiguration>(szText), s_strEmpty + szLogged + "\nrefused");
         }
         for (const char* szText :
              {R"("hostname":1)", R"("dns":[])", R"("dns":{"servers":{}})", R"("bridge":null)",
@@ -121,6 +126,7 @@ private slots:
         QVERIFY(document.fromJSON(R"({"version":3,"interfaces":[]})") && document.interfaces.isEmpty());
         QVERIFY(document.fromJSON(R"({"version":4,"hostname":"i"})") && document.hostname == "h");
         QVERIFY(g_strLog.endsWith("Unsupported network manager version  4"));
+        QVERIFY(!document.fromJSONObject(document.toJSONObject()));
     }
 
     void nullRecordsCountAsAbsent()

@@ -32,6 +32,16 @@ QString cached()
            (platform().GetDHCP() ? " DHCP" : "");
 }
 
+// Returns how many connections the client has opened and not closed, whether they work or not.
+int openConnections()
+{
+    int nOpen = 0;
+    for (int i = 1; i < 1000; ++i) {
+        nOpen += QDBusConnection(QString("ovik-%1").arg(i)).name().isEmpty() ? 0 : 1;
+    }
+    return nOpen;
+}
+
 } // namespace
 
 // The platform client against the simulated service in another process, on private buses.
@@ -106,6 +116,7 @@ private slots:
         // Nothing is sent before the search.
         platform().restartNTPDService(true);
         QVERIFY(!platform().isNTPDEnabled());
+        const int nConnections = openConnections();
         QCOMPARE(platform().Init(), bFound);
         const QString strLog = g_strLog;
         platform().Reboot(); // searches again if nothing was found
@@ -117,6 +128,7 @@ private slots:
             platform().Init();
         }
         // Further searches leave nothing open.
+        QCOMPARE(openConnections(), nConnections + (bFound ? 1 : 0));
         QTRY_VERIFY(QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System).size() < 60);
     }
 
