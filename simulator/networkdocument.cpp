@@ -14,7 +14,7 @@ const QString s_strName = "name";
 const QString s_strVersion = "version";
 const QString s_aAddressKeys[] = {"ip_address", "netmask", "gateway_ip"};
 
-/** Writes text that the product's own writer would not: keys sorted, line breaks, metrics with a fraction. */
+/** Writes text unlike the product's own: sorted keys, line breaks, metrics with a fraction. */
 QString textOf(const QJsonObject& oObject)
 {
     static const QRegularExpression s_oMetric(QStringLiteral("(metric\": \\d+)"));
@@ -101,7 +101,7 @@ QString NetworkDocument::toJSON() const
 {
     QJsonArray oInterfaces;
     for (const QJsonObject& oInterface : m_oInterfaces) {
-        oInterfaces.prepend(oInterface); // against the order of names, which nobody may rely on
+        oInterfaces.prepend(oInterface); // in descending order: clients must not rely on an order
     }
     QJsonObject oDocument = m_oDocument;
     oDocument.insert(s_strInterfaces, oInterfaces);

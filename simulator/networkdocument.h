@@ -21,19 +21,19 @@ public:
      * 192.168.0.0/16; leases take nLeaseDelayMs milliseconds. */
     explicit NetworkDocument(int nLeaseDelayMs);
 
-    /** Takes over a whole document; returns false and changes nothing when the text is none. */
+    /** Takes over a whole document; returns false and changes nothing if the text is not one. */
     bool load(const QString& strJSON);
 
     /** Returns the whole document as text. */
     QString toJSON() const;
 
-    /** Returns the interface of that name as text; empty when there is none. */
+    /** Returns the interface of that name as text; empty if there is none. */
     QString interfaceJSON(const QString& strName) const;
 
     /**
      * Merges a description of one interface into that interface; what is in force stays.
      *
-     * Returns false and changes nothing when there is no interface of that name, or the text does not
+     * Returns false and changes nothing if there is no interface of that name, or the text does not
      * describe it.
      */
     bool merge(const QString& strName, const QString& strJSON);

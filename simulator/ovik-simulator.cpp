@@ -52,7 +52,7 @@ int fail(const char* szReason)
 
 int main(int argc, char* argv[])
 {
-    // It goes on when nobody reads its lines any more.
+    // Go on when nobody reads the output any more.
     std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication oApplication(argc, argv);
     QCommandLineParser oParser;
@@ -61,7 +61,7 @@ int main(int argc, char* argv[])
     bool bNumber = false;
     const int nLeaseDelayMs = oParser.value("lease-delay").toInt(&bNumber);
     if (!bNumber || nLeaseDelayMs < 0) {
-        return fail("the lease delay is no number of milliseconds");
+        return fail("the lease delay is not a number of milliseconds");
     }
 
     World oWorld;

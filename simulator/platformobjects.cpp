@@ -56,7 +56,7 @@ QString signatureOf(const QVariantList& oValues)
     return strSignature;
 }
 
-/** Returns 0, false or nothing, as a basic type, an array of bytes or texts, or a structure of these. */
+/** Returns the empty value of a basic type, an array of bytes or texts, or a structure of these. */
 QVariant emptyValue(const QString& strType)
 {
     static const QHash<QString, QVariant> s_oValues = {{"as", QStringList()},
@@ -85,10 +85,10 @@ QVariant emptyValue(const QString& strType)
     return QVariant::fromValue(oStructure);
 }
 
-/** Returns an error reply, and complains about a client that does not keep to the description. */
+/** Returns an error reply for what is not as described, and reports it on standard error. */
 QDBusMessage complaint(const QDBusMessage& oCall, QDBusError::ErrorType eError, const QString& strText)
 {
-    if (!oCall.interface().isEmpty()) { // that of q_autostart, which exists nowhere
+    if (!oCall.interface().isEmpty()) { // q_autostart has none, and exists nowhere
         std::cerr << "ovik-simulator: " << qPrintable(oCall.path()) << ' ' << qPrintable(oCall.member())
                   << ": " << qPrintable(strText) << std::endl;
     }
@@ -148,7 +148,7 @@ QDomElement PlatformObjects::interfaceAt(const QString& strPath) const
     return childNamed(m_oDescription, "interface", s_oInterfaces.value(strPath));
 }
 
-/** Returns the description of the method that is called; null when the object has none such. */
+/** Returns the description of the called method; null if the object has no such method. */
 QDomElement PlatformObjects::methodOf(const QDBusMessage& oCall) const
 {
     const QDomElement oMethod = childNamed(interfaceAt(oCall.path()), "method", oCall.member());
@@ -185,7 +185,7 @@ bool PlatformObjects::handleMessage(const QDBusMessage& oCall, const QDBusConnec
         answer(oCall, oConnection);
         return true;
     }
-    // By name: an object of the connection would keep it open when the service is to leave the bus.
+    // By name: a connection object would keep it open when the service has to leave the bus.
     const QString strConnection = oConnection.name();
     QTimer::singleShot(m_oWorld.number(), this, [=] { QDBusConnection(strConnection).send(replyTo(oCall)); });
     return true;
@@ -207,7 +207,7 @@ void PlatformObjects::answer(const QDBusMessage& oCall, const QDBusConnection& o
     }
 }
 
-/** Carries out the call and returns the reply of a service that is well. */
+/** Carries out the call and returns the reply of a healthy service. */
 QDBusMessage PlatformObjects::replyTo(const QDBusMessage& oCall)
 {
     const QDomElement oMethod = methodOf(oCall);
@@ -242,7 +242,7 @@ bool PlatformObjects::isKnown(const QString& strInterface)
            !m_oWorld.concerns("unknown-interface", strInterface);
 }
 
-/** Returns strJSON, or what the present world makes of it. */
+/** Returns the text as the present world alters it. */
 QVariant PlatformObjects::json(const QString& strJSON)
 {
     if (m_oWorld.is("malformed-json")) {
@@ -256,7 +256,7 @@ QVariant PlatformObjects::json(const QString& strJSON)
     return strJSON;
 }
 
-/** Returns a D-Bus structure of bytes and byte arrays, the arrays as long as the present world has them. */
+/** Returns a D-Bus structure of bytes and byte arrays, the arrays as long as the present world wants them. */
 QVariant PlatformObjects::record(const QVariantList& oFields)
 {
     const bool bResized = m_oWorld.is("short-records");

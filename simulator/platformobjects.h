@@ -13,9 +13,9 @@
 /**
  * The five objects of the simulated service.
  *
- * Each call is checked against the description of the interfaces, noted in the world, and replied to as the
- * world has it. Members that the panel never calls have no effect and reply with 0, false, an empty text or
- * "/".
+ * Checks each call and each answer against the description of the interfaces, records the call in the world,
+ * and replies as the world wants. Members that the panel never calls have no effect and reply with empty
+ * values.
  */
 class PlatformObjects : public QDBusVirtualObject
 {
@@ -25,7 +25,7 @@ public:
     /** Answers from the world, which must outlive the object; leases take nLeaseDelayMs milliseconds. */
     PlatformObjects(World& oWorld, int nLeaseDelayMs);
 
-    /** Sets the version text of the main OS partition: Latin-1, cut or filled with NULs to 20 characters. */
+    /** Sets the version text of the main OS partition: Latin-1, cut or padded with NULs to 20 characters. */
     void setVersion(const QString& strVersion);
 
     /** Returns the network configuration, at first for the interfaces of this machine. */
@@ -34,11 +34,11 @@ public:
     /** Returns the description of the object at that path. */
     QString introspect(const QString& strPath) const override;
 
-    /** Replies to a call, now or later; returns false when it is not for the service itself. */
+    /** Replies to a call, now or later; returns false if it is not for the service itself. */
     bool handleMessage(const QDBusMessage& oCall, const QDBusConnection& oConnection) override;
 
 signals:
-    /** The service has to die once its present call is handled. */
+    /** The service has to die after the current call. */
     void vanishing();
 
 private:

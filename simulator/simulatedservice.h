@@ -8,14 +8,14 @@
 
 /**
  * Publishes the objects as "com.quen.OVIK" on a bus connection of its own, and leaves the bus and comes back
- * as the world has it.
+ * as the world wants.
  */
 class SimulatedService : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Opens a connection to the bus under the name given; the name is new each time. */
+    /** Opens a connection to the bus with the given name, a new one each time. */
     using fnConnect = std::function<QDBusConnection(const QString&)>;
 
     /** Publishes nothing yet; the objects and the world must outlive the service. */
@@ -25,7 +25,7 @@ public:
     ~SimulatedService() override;
 
 public slots:
-    /** Joins or leaves the bus as the present world has it; returns false when the bus refuses the name. */
+    /** Joins or leaves the bus as the present world wants; returns false if the bus refuses the name. */
     bool publish();
 
 private slots:

@@ -19,15 +19,15 @@ public:
 public slots:
     // The members of com.quen.OVIK.Simulator.xml. Each replies after its work is done.
 
-    /** Sets up a world; replies with an error when there is none of that name. */
+    /** Sets up a world; replies with an error if there is no such world. */
     void SetWorld(const QString& name, const QString& argument);
-    /** Returns one line for each call received, of very many the latest. */
+    /** Returns one line for each call received, the latest 10,000. */
     QStringList Calls() const { return m_oWorld.calls(); }
     /** Empties the list of calls. */
     void ClearCalls() { m_oWorld.clearCalls(); }
     /** Returns the whole network configuration. */
     QString Document() const { return m_oObjects.network().toJSON(); }
-    /** Replaces the whole network configuration; replies with an error when the text is none. */
+    /** Replaces the whole network configuration; replies with an error if the text is not one. */
     void SetDocument(const QString& json);
     /** Sets the version text of the main OS partition. */
     void SetVersion(const QString& text) { m_oObjects.setVersion(text); }

@@ -17,7 +17,7 @@ class World : public QObject
 public:
     using QObject::QObject;
 
-    /** Sets up a world in place of the one before; returns false when there is none of that name. The
+    /** Sets up a world in place of the one before; returns false if there is no such world. The
      * argument is not checked. */
     bool set(const QString& strName, const QString& strArgument);
 

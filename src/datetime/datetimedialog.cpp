@@ -24,7 +24,7 @@ bool hasZones(const QComboBox& oZones)
             return true;
         }
     }
-    return false; // the output of a generator that fails can be one empty name
+    return false; // a failing generator may print one empty name
 }
 
 } // namespace
@@ -43,7 +43,7 @@ DateTimeDialog::DateTimeDialog(QWidget* pParent)
     connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(reject()));
 
     ui->timezone_ComboBox->setEditable(true);
-    // An on-screen keyboard asks the line edit.
+    // On-screen keyboards ask the line edit.
     ui->timezone_ComboBox->lineEdit()->setInputMethodHints(ui->timezone_ComboBox->inputMethodHints());
     ui->timezone_ComboBox->setCompleter(nullptr); // it would turn typed text into another zone
     runProcess(eProcessType_GetTimeZoneList);
@@ -87,7 +87,7 @@ void DateTimeDialog::setTimeZone()
 {
     m_strCurreTimeZone = ui->timezone_ComboBox->currentText();
     if (m_strCurreTimeZone.trimmed().isEmpty()) {
-        destroyProcess(); // as with a zone, Apply ends what is still being read
+        destroyProcess(); // Apply ends what is still being read, as it does with a zone
         saveAutoUpdateOrDateTime();
         return;
     }
@@ -122,7 +122,7 @@ void DateTimeDialog::destroyProcess()
     if (!m_pProcess) {
         return;
     }
-    // A killed process reports its end at once, which must not be taken for the end of the next one.
+    // A killed process reports its end at once; it must not be mistaken for the end of the next one.
     disconnect(m_pProcess, nullptr, this, nullptr);
     static_cast<ToolProcess*>(m_pProcess.data())->end();
     m_pProcess->deleteLater();
@@ -146,7 +146,7 @@ void DateTimeDialog::onProcessError(QProcess::ProcessError eError)
     qWarning() << "onProcessError"
                << "Error: " << eError << m_pProcess->processId();
     if (eError == QProcess::Crashed) {
-        return; // the process is finished as well, and that goes on
+        return; // finished() follows and goes on
     }
     m_pBusyMark->finish(false);
     if (m_eProcessType == eProcessType_GetTimeZoneList && m_strCurreTimeZone.isEmpty()) {
@@ -254,7 +254,7 @@ void DateTimeDialog::saveAutoUpdateOrDateTime()
 void DateTimeDialog::saveDateTime()
 {
     const QDateTime oShown = ui->currentDate_DateEdit->dateTime();
-    // Compares what was shown: an instant that a clock change lets pass twice would not equal itself.
+    // Compares the texts shown: an instant that occurs twice because of a clock change does not equal itself.
     const bool bChanged =
         oShown.date() != m_oInitialDateTime.date() || oShown.time() != m_oInitialDateTime.time();
     if (bChanged && !writeLocalTime(oShown.date(), oShown.time())) {

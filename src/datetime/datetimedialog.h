@@ -15,8 +15,8 @@ class Ui_DateTimeDialog;
 /**
  * The dialog that sets the time zone, the date and time, and whether the time comes from an NTP server.
  *
- * Tools of the platform read what it shows. They run one after the other as child processes; nothing waits
- * for them, and they end with the dialog. Apply sets the time zone first, then either the clocks (and the NTP
+ * Its values come from tools of the platform. They run one after the other as child processes, without
+ * blocking, and end with the dialog. Apply sets the time zone first, then either the clocks (and the NTP
  * daemon off) or the NTP daemon's configuration (and the daemon on); the dialog stays open. Failures are
  * logged as warnings and never shown. docs/date-and-time.md lists the tools and files.
  */
@@ -26,10 +26,10 @@ class DateTimeDialog : public QDialog
 
 public:
     /**
-     * Builds the dialog and starts to read; the caller shows it.
+     * Builds the dialog and starts reading; the caller shows it.
      *
-     * Asks the platform service whether the NTP daemon is enabled and waits for the answer. Without one, as
-     * when OVIKPlatform::Init() has not found the service, the daemon counts as not enabled.
+     * Asks the platform service whether the NTP daemon is enabled and waits for the reply. Without one,
+     * for example because OVIKPlatform::Init() has not found the service, the daemon counts as not enabled.
      */
     explicit DateTimeDialog(QWidget* pParent);
     /** Kills the tool that is still running, with all that it has started. */
@@ -71,6 +71,6 @@ private:
     QString m_strCurreTimeZone;
     sNTPInfo m_oNTPInfo;
     QDateTime m_oInitialDateTime;
-    QString m_strPeer;               // what has come of the NTP daemon's first peer
+    QString m_strPeer;               // the line of the NTP daemon's first peer, as far as read
     BusyMark* m_pBusyMark = nullptr; // on Apply, until the last tool has ended and the service has replied
 };

@@ -18,7 +18,7 @@ bool datetimesettings::readFile(const QString& strPath, QString& strText)
     if (!oFile.exists()) {
         return false;
     }
-    // Anything but a file, such as a pipe, could let the opening wait.
+    // Opening anything else, such as a pipe, could block.
     if (!QFileInfo(oFile).isFile() || !oFile.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qWarning() << "datetime file missing:" << qPrintable(strPath);
         return false;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char s_szGenerated[] = "/etc/kadconfig-ntp.conf";
 constexpr char s_szOfDaemon[] = "/etc/ntp.conf";
-constexpr char s_szTemporary[] = "/etc/ntp.conf.XXXXXX"; // in the same folder, or it could not be renamed
+constexpr char s_szTemporary[] = "/etc/ntp.conf.XXXXXX"; // renaming needs the same file system
 constexpr qint64 s_nBlockSize = 65536;
 
 /** Copies the rest of a file; returns false if it cannot be read or written to its end. */
@@ -24,7 +24,7 @@ bool copyRest(QFile& oFrom, QFile& oTo)
         if (oBlock.isEmpty()) {
             oBlock = oFrom.read(s_nBlockSize);
         }
-        const qint64 nWritten = oTo.write(oBlock); // less than all where the disk becomes full
+        const qint64 nWritten = oTo.write(oBlock); // less than all when the disk becomes full
         if (nWritten <= 0) {
             return false;
         }
@@ -48,7 +48,7 @@ QString replace(QFile& oGenerated)
     if (!copyRest(oGenerated, oCopy)) {
         return oGenerated.error() != QFileDevice::NoError ? oGenerated.errorString() : oCopy.errorString();
     }
-    // Without the permissions of its predecessor the daemon may not read it.
+    // A temporary file is private; the daemon may run as another user.
     if (!oCopy.setPermissions(oGenerated.permissions()) || !isSynced(oCopy) ||
         std::rename(QFile::encodeName(oCopy.fileName()).constData(), s_szOfDaemon) != 0) {
         return QString::fromLocal8Bit(std::strerror(errno));

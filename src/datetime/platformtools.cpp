@@ -34,7 +34,7 @@ void platformtools::start(ToolProcess& oTool, eProcessType eType, const QString&
         oTool.start(QStringLiteral("cat"), {s_szTimeZoneFile});
         break;
     case eProcessType_SetCurrentTimeZone:
-        // An earlier name that led to a folder: the script would put its link into that.
+        // Left by an earlier name that led to a folder: the script would create its link inside it.
         if (QFileInfo(s_szLocalTime).isDir()) {
             QFile::remove(s_szLocalTime);
         }

@@ -18,7 +18,7 @@ enum eProcessType {
 namespace platformtools {
 
 /**
- * Starts the tool for a step, the scripts from the compiled-in resources.
+ * Starts the tool for a step; scripts come from the compiled-in resources.
  * @param strZone the zone that is set; used by eProcessType_SetCurrentTimeZone only
  */
 void start(ToolProcess& oTool, eProcessType eType, const QString& strZone);

@@ -11,7 +11,7 @@ class QTime;
  */
 
 /**
- * Sets both clocks to a local date and time, in the time zone that the system has now.
+ * Sets both clocks to a local date and time, in the current time zone.
  *
  * Returns false for a time that does not exist or is not between 1970 and 2106-02-07 06:28:14 UTC, and if the
  * system clock could not be set.
@@ -24,8 +24,8 @@ bool writeCurrentTime(long t);
 /**
  * Sets the system clock, then the RTC.
  *
- * Returns 1, also when the RTC could not be set, or 0 when the system clock could not be set, which leaves
- * the RTC alone.
+ * Returns 1 even if the RTC could not be set, and 0 if the system clock could not be set; the RTC is not
+ * touched then.
  */
 int LIN_SetClock(long t);
 

@@ -34,6 +34,6 @@ QStringList timezones::fromOutput(const QString& strOutput)
 QString timezones::script(const QString& strTemplate, const QString& strZone)
 {
     const QString strWord = shellWord(strZone.trimmed());
-    // Both at once: one after the other would fill in a "%2" of the zone, too, and break its quotes.
+    // Both at once: the second replacement would also replace a "%2" in the zone and break its quotes.
     return strTemplate.arg(strWord, strWord);
 }

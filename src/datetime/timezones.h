@@ -9,16 +9,16 @@ namespace timezones {
 /**
  * Returns the names in the output of the platform's generator, such as "['Asia/Tokyo', 'UTC']", in its order.
  *
- * The names stand between the first '[' and the first ']' and are separated by commas. A bracket that is
- * missing stands for the beginning or the end of the output. Single quotes and the blanks around a name go;
- * an empty name stays.
+ * The names are between the first '[' and the first ']', separated by commas. A missing bracket counts as the
+ * beginning or the end of the output. Single quotes and blanks around a name are removed; empty names are
+ * kept.
  */
 QStringList fromOutput(const QString& strOutput);
 
 /**
- * Returns a shell script with the zone in the place of each "%1" and "%2".
+ * Returns a shell script with each "%1" and "%2" replaced by the zone.
  *
- * Blanks around the zone go. Whatever the zone is, the shell takes it as one word.
+ * Blanks around the zone are removed. The shell takes any zone as one word.
  */
 QString script(const QString& strTemplate, const QString& strZone);
 

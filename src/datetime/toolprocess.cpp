@@ -6,7 +6,7 @@
 namespace {
 
 constexpr int s_nMaxOutput = 4096;
-constexpr int s_nKilledMilliseconds = 50; // far more than a killed process takes, too little to be noticed
+constexpr int s_nKilledMilliseconds = 50; // long enough for a killed process, too short to be noticed
 
 } // namespace
 
@@ -47,16 +47,16 @@ void ToolProcess::end()
     }
     killGroup();
     if (!waitForFinished(s_nKilledMilliseconds)) {
-        setProcessState(NotRunning); // the base class would wait half a minute for it
+        setProcessState(NotRunning); // or the base class would wait half a minute for it
     }
 }
 
-// With the shell alone killed, the tool that it waits for would stay.
+// Killing the shell alone would leave the tool that it waits for.
 void ToolProcess::killGroup()
 {
     const auto nGroup = static_cast<pid_t>(processId());
     if (nGroup > 0) {
         ::kill(-nGroup, SIGKILL);
     }
-    kill(); // the child may not have come to its group yet
+    kill(); // the child may not have joined its group yet
 }

@@ -21,7 +21,7 @@ public:
     /** Starts the shell with a script as its argument; does nothing if the script is empty. */
     void startScript(const QString& strScript);
 
-    /** Changes how much of the output is used: 4096 bytes at first. */
+    /** Changes how much of the output is used; 4096 bytes by default. */
     void setMaxOutput(int nMaxOutput) { m_nOutputLeft = nMaxOutput; }
 
     /**
@@ -43,7 +43,7 @@ private:
 
     int m_nOutputLeft;
 
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // has no modifier of a child, but asks for an override
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // has a virtual function in its place
 protected:
     /** Runs the modifier in the child. */
     void setupChildProcess() override

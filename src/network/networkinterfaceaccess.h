@@ -4,7 +4,8 @@
 
 class QObject;
 
-/** What the network settings dialog asks of the panel: one interface's settings, and to change them. */
+/** How the network settings dialog reads and changes the settings of an interface; implemented by the panel.
+ */
 class NetworkInterfaceAccess
 {
 public:

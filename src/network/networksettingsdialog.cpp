@@ -56,7 +56,7 @@ void NetworkSettingsDialog::populateUI(const QList<sNetworkInterfaceDetails>& oI
         return;
     }
     ui->interfaceList_comboBox->setCurrentIndex(nIndex);
-    onCurrentNetInterfaceChanged(strInterfaceName); // the item may have been current before
+    onCurrentNetInterfaceChanged(strInterfaceName); // the item may already have been current
 }
 
 NetworkInterfaceAccess* NetworkSettingsDialog::interfaceAccess() const

@@ -12,8 +12,8 @@ class Ui_NetworkSettingsDialog;
 /**
  * The form in which the operator changes the IPv4 settings of one network interface.
  *
- * It reads and writes through its parent, keeps nothing but what its widgets show, checks nothing that is
- * typed, and stays open until it is closed.
+ * It reads and writes through its parent, does not validate input, and stays open until it is closed. Its
+ * only state is what its widgets show.
  */
 class NetworkSettingsDialog : public QDialog
 {

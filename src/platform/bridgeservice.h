@@ -37,8 +37,8 @@ public:
     /** Reads a text; see the class NetworkConfiguration. */
     bool fromJSON(const QString& text);
     /**
-     * Reads an object; interfaces and bridges are added to those that are there. A bridge without a name
-     * or with a name that is taken is left out after a warning. Always returns true.
+     * Reads an object; interfaces and bridges are added to the present ones. A bridge without a name
+     * or with a name already in use is left out after a warning. Always returns true.
      */
     bool fromJSONObject(const json::Object& object);
     /** Builds the object; all keys are always there. */

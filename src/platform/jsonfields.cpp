@@ -22,7 +22,7 @@ int toInt(const json::UnknownElement& element)
     return int(std::clamp<double>(number, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-/** Returns the string under a key, an empty one when there is none or something else. */
+/** Returns the string under a key, or an empty one if it is missing or something else. */
 QString stringOrEmpty(const json::Object& object, const char* key)
 {
     const auto member = object.Find(key);

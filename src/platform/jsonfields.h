@@ -20,8 +20,8 @@ struct sReadWarnings
     const char* szUnknownError;
 };
 
-/** Reads the text, as Latin-1, into the object. Returns false when it is empty or no JSON object, after one
- * of the warnings, with the reader's message where there is one. */
+/** Reads the text, as Latin-1, into the object. Returns false if it is empty or not a JSON object, after one
+ * of the warnings, with the reader's message if there is one. */
 bool readText(const QString& text, const sReadWarnings& warnings, json::Object& object);
 
 /** Reads the text as readText() does and then the record; the result is that of readText(). */
@@ -39,30 +39,30 @@ bool readRecord(const QString& text, const sReadWarnings& warnings, RecordType& 
 /** Writes the object as text. */
 QString writeText(const json::Object& object);
 
-/** Returns the element as an object, an empty one when it is something else. */
+/** Returns the element as an object, or an empty one if it is something else. */
 const json::Object& toObject(const json::UnknownElement& element);
 
-/** Reads a string; throws json::Exception when it is something else. */
+/** Reads a string; throws json::Exception if it is something else. */
 QString toString(const json::UnknownElement& element);
 
 /**
- * Read the member of that name, and leave the field as it is when there is none; throw json::Exception when
- * the member is of another kind. Numbers are truncated towards zero; what does not fit becomes the nearest
- * int, NaN becomes 0. Arrays of strings are appended to the list.
+ * Read the member of that name; leave the field unchanged if there is none; throw json::Exception if the
+ * member has another type. Numbers are truncated towards zero; a value out of range becomes the nearest int,
+ * NaN becomes 0. Arrays of strings are appended to the list.
  */
 void readMember(const json::Object& object, const char* key, QString& field);
 void readMember(const json::Object& object, const char* key, int& field);
 void readMember(const json::Object& object, const char* key, bool& field);
 void readMember(const json::Object& object, const char* key, QStringList& field);
 
-/** Appends the string under entryKey of each object in an array, an empty one where there is none. */
+/** Appends the string under entryKey of each object in an array, or an empty one if there is none. */
 void readEntries(const json::Object& object, const char* key, const char* entryKey, QStringList& field);
 
 /** Returns the string as Latin-1. */
 json::String toJSONString(const QString& string);
 /** Returns an array of the strings. */
 json::Array toJSONArray(const QStringList& strings);
-/** Returns an array of objects that have the one key each. */
+/** Returns an array of objects with this one key each. */
 json::Array toJSONArray(const QStringList& strings, const char* key);
 
 /** Add a member, unless the string is empty or the number 0. */
@@ -82,7 +82,7 @@ QMap<QString, RecordType*> copyRecords(const QMap<QString, RecordType*>& from)
     return copies;
 }
 
-/** Compares owned records by key and content, null ones left out. */
+/** Compares owned records by key and content; null ones are left out. */
 template<class RecordType>
 bool equalRecords(const QMap<QString, RecordType*>& left, const QMap<QString, RecordType*>& right)
 {

@@ -11,11 +11,11 @@ using ovikbus::s_szService;
 constexpr int s_nProbeTimeoutMs = 5000;
 constexpr int s_nProbes = 3;
 
-/** Waits until Qt's thread has noted the name that the bus has given to a new connection. */
+/** Waits until Qt's thread knows the connection's unique name. */
 void settleConnection(const QDBusConnection& oConnection)
 {
-    // Each call to a service looks at the list of such names, which that thread changes without a lock: a
-    // call that is too early can crash. Calls to the bus do not look; by its second reply the name is there.
+    // Each call to a service reads the list of these names, which that thread changes without a lock: too
+    // early a call can crash. Calls to the bus itself do not; after its second reply the name is there.
     const auto oCall =
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
                                        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
@@ -25,8 +25,7 @@ void settleConnection(const QDBusConnection& oConnection)
 
 QDBusConnection* openConnection(QDBusConnection::BusType eBus)
 {
-    // Qt keeps a failed standard connection until the process ends; one under a name of its own can be closed
-    // again.
+    // Qt keeps a failed standard connection until the process ends; one with a name of its own can be closed.
     static int nOpened = 0;
     const auto oConnection = QDBusConnection::connectToBus(eBus, QStringLiteral("ovik-%1").arg(++nOpened));
     settleConnection(oConnection);
@@ -78,7 +77,7 @@ bool isReply(const QDBusMessage& oMessage)
     return oMessage.type() == QDBusMessage::ReplyMessage;
 }
 
-/** Returns the reply to the last ping: the first that succeeds, or a failed one. */
+/** Returns the reply to the last ping, the first that succeeded or a failed one. */
 QDBusMessage probeRepeatedly(const QDBusConnection& oConnection)
 {
     QDBusMessage oReply;

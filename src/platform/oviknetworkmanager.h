@@ -18,14 +18,12 @@ namespace OVIK {
  * strings are written as Latin-1 bytes. Only ASCII survives a round trip. Kept, see docs/compatibility.md
  *
  * In all classes:
- * - fromJSON() reads a text. Returns false when it is empty or no JSON object, after one warning in the log.
+ * - fromJSON() reads a text. Returns false after one warning if it is empty or not a JSON object.
  * Returns true otherwise, even when fromJSONObject() refused what the text says. Kept, see
  * docs/compatibility.md
- * - fromJSONObject() reads an object; keys that it does not know are ignored. Returns false when it refuses
- * the object.
- * - Both let json::Exception through when a known key has a value of the wrong type; what was read before
- * stays.
- * - Numbers are truncated towards zero; what does not fit an int becomes the nearest int, NaN becomes 0.
+ * - fromJSONObject() reads an object and ignores unknown keys. Returns false if it refuses the object.
+ * - Both throw json::Exception if a known key has a value of the wrong type; what was read before is kept.
+ * - Numbers are truncated towards zero; a value out of range becomes the nearest int, NaN becomes 0.
  * - toJSONObject() and toJSON() write the keys in the order that the service documents.
  */
 class NetworkConfiguration

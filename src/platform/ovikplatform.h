@@ -33,7 +33,7 @@ public:
      * process ends. */
     static OVIKPlatform* getInstance();
 
-    // The connection and the four object proxies stay: they last as long as the process.
+    // Keeps the connection and the four object proxies: they last as long as the process.
     ~OVIKPlatform() override;
 
     /**
@@ -41,8 +41,8 @@ public:
      * it makes.
      *
      * Every operation that needs a connection calls it while there is none. Returns false, without a
-     * connection, when no bus can be reached or a session bus can be reached but no bus has the service; the
-     * next operation tries again. Even if it returns true a proxy may be invalid: calls through it then fail
+     * connection, if no bus can be reached, or if a session bus can be reached but no bus has the service;
+     * the next operation tries again. Even if it returns true, a proxy may be invalid: its calls then fail
      * one by one. Logs steps and failures as warnings.
      */
     bool Init();
@@ -50,8 +50,8 @@ public:
     /**
      * Selects the interface that the operations below read and write.
      *
-     * szName is UTF-8 text; null or empty selects "eth0". The cache keeps the settings of the interface
-     * before. Always returns true.
+     * szName is UTF-8 text; null or empty selects "eth0". The cache keeps the settings of the former
+     * interface. Always returns true.
      */
     bool SetInterfaceName(const char* szName);
 
@@ -90,11 +90,11 @@ public:
     /**
      * Reads the settings of the selected interface from the service into the cache.
      *
-     * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. A field that
-     * the reply lacks gets its default: no address, DHCP off; so do all fields when the reply is no JSON
-     * object. Returns false without a connection. Returns true, and leaves the cache with the settings read
-     * before, when the service replies with an error, or with JSON that has a value of another type than its
-     * key asks for; HasReadNetworkSettings() tells these apart from a success.
+     * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. Fields that are
+     * missing in the reply get their defaults, no address and DHCP off; so do all if the reply is not a JSON
+     * object. Returns false without a connection. Returns true, and leaves the cache unchanged, if the
+     * service replies with an error or with a JSON value of the wrong type; HasReadNetworkSettings() tells
+     * these from a success.
      */
     bool UpdateNetworkSettings();
 
@@ -106,12 +106,11 @@ public:
      * Writes the cached addresses and DHCP flag of the selected interface to the service and has it apply
      * them.
      *
-     * With DHCP on the addresses stay as the service has them. Does not wait for the replies to the writing:
-     * true means that the settings were sent; watchReplies() tells how the service took
-     * them. Returns false, and sends nothing, without a connection or when
-     * the interface's present settings cannot be read: an error reply, or a text that does not describe an
-     * interface. A description needs a name: without one it may come from a truncated text, and defaults must
-     * never overwrite a device's settings.
+     * With DHCP on the addresses stay as the service has them. Does not wait for the replies: true means that
+     * the settings were sent; watchReplies() tells how the service took them. Returns false, and sends
+     * nothing, without a connection or if the current settings of the interface cannot be read: an error
+     * reply, or a text that does not describe an interface. A description needs a name: without one it may
+     * come from a truncated text, and defaults must never overwrite a device's settings.
      */
     bool SetNetworkSettings();
 
@@ -126,30 +125,30 @@ public:
      * Returns the address that identifies the device best, read from the service.
      *
      * It is the address in force of the first interface, in the order of names, that is not hidden and has
-     * one. Returns a null address when there is none or the reading fails.
+     * one. Returns a null address if there is none or reading fails.
      */
     QHostAddress GetBestInterfaceIP();
 
     /**
      * Returns the version of the main OS partition: from the top byte its three numbers, then a zero byte.
      *
-     * Reads it from the service once; returns 0 until that succeeded.
+     * Read from the service once; 0 until that has succeeded.
      */
     quint32 GetVersion();
 
     /**
-     * Makes the service stop and disable the NTP daemon and then, when bEnable is set, enable and start it.
+     * Makes the service stop and disable the NTP daemon and then, if bEnable is set, enable and start it.
      *
      * Does not wait for the service; watchReplies() tells how it took the calls. Does nothing before a
      * successful Init().
      */
     void restartNTPDService(bool bEnable);
 
-    /** Returns whether the NTP daemon is enabled, read from the service; false also on an error and before a
+    /** Asks the service whether the NTP daemon is enabled; returns false also on an error and before a
      * successful Init(). */
     bool isNTPDEnabled();
 
-    /** Makes the service restart the device; does not wait. Sends nothing when the service's root object was
+    /** Makes the service restart the device; does not wait. Sends nothing if the service's root object was
      * missing during Init(). */
     void Reboot();
 

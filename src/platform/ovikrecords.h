@@ -10,7 +10,7 @@
 /**
  * Identification of the device, filled by the platform service.
  *
- * On the bus one structure of the signature (yyyayayyyayy), the fields in the order of their declaration.
+ * On the bus it is one structure, (yyyayayyyayy), with the fields in the order of their declaration.
  */
 struct _systemInfo
 {
@@ -29,7 +29,7 @@ using systemInfo = _systemInfo;
 /**
  * Boot loader and main OS partition, filled by the platform service.
  *
- * On the bus one structure of the signature (yyyyay), the fields in the order of their declaration.
+ * On the bus it is one structure, (yyyyay), with the fields in the order of their declaration.
  */
 struct _bootldrInfo
 {
@@ -105,7 +105,7 @@ QDBusArgument& operator<<(QDBusArgument& oArgument, const _systemInfo& oInfo);
 /**
  * Reads the record from one structure.
  *
- * A received array that is shorter than its field fills the rest with zeros, a longer one is cut.
+ * An array shorter than its field is filled with zeros, a longer one is cut.
  */
 const QDBusArgument& operator>>(const QDBusArgument& oArgument, _systemInfo& oInfo);
 
@@ -116,9 +116,9 @@ QDBusArgument& operator<<(QDBusArgument& oArgument, const _bootldrInfo& oInfo);
 const QDBusArgument& operator>>(const QDBusArgument& oArgument, _bootldrInfo& oInfo);
 
 /**
- * Registers the two records with operators with Qt's type system and its D-Bus marshalling.
+ * Registers the two records that have operators with Qt's type system and its D-Bus marshalling.
  *
- * Must be called before a proxy method that returns one of them; further calls change nothing.
+ * Must be called before a proxy method that returns one of them; repeated calls have no effect.
  */
 void registerOVIKRecords();
 

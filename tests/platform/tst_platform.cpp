@@ -229,7 +229,7 @@ private slots:
         QCOMPARE(calls().filter(QRegularExpression(" (set|apply)")).size(), bNamed ? 2 : 0);
     }
 
-    // That the service refuses what is written goes unnoticed.
+    // The result is true even if the service refuses what is written.
     void writesSettings()
     {
         const QString strText =
@@ -251,7 +251,7 @@ private slots:
                      strText.arg("192.168.1.20", "255.255.255.0", "192.168.1.1", "true"));
     }
 
-    // Asked for until it was read once.
+    // It is read from the service until that has succeeded once.
     void readsVersion()
     {
         const std::tuple<const char*, const char*, quint32> aRows[] = {
@@ -281,8 +281,7 @@ private:
         return SimulatorProcess::succeeds(m_oSimulator.steering().SetWorld(strName, strArgument));
     }
 
-    // Returns what the simulator received. The awaited call comes behind all that the client did not wait
-    // for.
+    // Returns what the simulator received. The awaited call comes after all others.
     QStringList calls()
     {
         platform().isNTPDEnabled();
