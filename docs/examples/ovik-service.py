@@ -67,8 +67,10 @@ class Service:
     def applyNewConfiguration(self):
         for interface in map(self.interface, sorted(self.changed)):
             print("apply", to_text(interface))
-            if not interface["dhcp"]:  # with DHCP the client on the device fills these when it has a lease
-                interface.update(("actual_" + key, interface[key]) for key in ADDRESSES)
+            for key in ADDRESSES:
+                interface.pop("actual_" + key, None)  # with DHCP they come back with the lease
+                if not interface["dhcp"]:
+                    interface["actual_" + key] = interface[key]
         self.changed.clear()
         return 0
 

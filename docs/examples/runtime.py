@@ -3,12 +3,13 @@
 
     runtime.py [--patience SECONDS] [PANEL]
 
-PANEL is the program, /usr/bin/tarnixUI by default. What comes on standard input goes to the panel as it is; at its end
-the panel is ended. The panel's log goes to standard error.
+PANEL is the program, /usr/bin/tarnixUI by default. What comes on standard input goes to the panel as it is. SIGTERM and
+Ctrl-C end the panel and the runtime. The panel's log goes to standard error.
 """
 import argparse
 import os
 import select
+import signal
 import subprocess
 import sys
 import time
@@ -37,7 +38,7 @@ class Panel:
         try:
             self.expect(self.process.stdout.fileno(), GREETING, "greets")
             self.expect(notice, NOTICE, "has painted")
-        except PanelError:
+        except (PanelError, KeyboardInterrupt):
             self.process.kill()
             self.process.wait()
             raise
@@ -68,16 +69,17 @@ class Panel:
             self.send(f"a{index:03}{name}", f"s{index:03}{status}")
 
     def serve(self):
-        """Passes on standard input; returns true at its end, false when the panel has died."""
+        """Passes on standard input until the panel dies."""
         output, commands = self.process.stdout.fileno(), sys.stdin.fileno()
+        watched = [output, commands]
         while True:
-            ready = select.select([output, commands], [], [])[0]
+            ready = select.select(watched, [], [])[0]
             if output in ready:  # it writes nothing while it lives
-                return False
+                return
             piece = os.read(commands, 65536)
-            if not piece:
-                return True
             self.process.stdin.write(piece)
+            if not piece:
+                watched = [output]
 
     def end(self):
         """Returns the panel's status; one that waits for the platform service ends after that."""
@@ -91,15 +93,18 @@ def main():
     parser.add_argument("--patience", type=float, default=300, metavar="SECONDS", help="for a panel that starts")
     parser.add_argument("panel", nargs="?", default="/usr/bin/tarnixUI")
     arguments = parser.parse_args()
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # raises KeyboardInterrupt, too
     while True:
         try:
             panel = Panel(arguments.panel, arguments.patience)
-            panel.fill(APPLICATIONS)
-            if panel.serve():
+            try:
+                panel.fill(APPLICATIONS)
+                panel.serve()
+            except KeyboardInterrupt:
                 sys.exit(panel.end())
             print(f"the panel died with status {panel.process.wait()}", flush=True)
         except (PanelError, BrokenPipeError) as problem:
-            print(f"the panel did not start: {problem}", flush=True)
+            print(f"the panel failed: {problem}", flush=True)
         time.sleep(1)
 
 

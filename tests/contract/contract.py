@@ -97,7 +97,7 @@ def start_runtime():
 
 
 def end(runtime, service):
-    runtime.stdin.close()
+    runtime.terminate()
     expect("the runtime's status", runtime.wait(), 0)
     expect("the farewell", "the panel says Good bye!\n" in read("/tmp/plc-runtime.service.log"), True)
     service.kill()
