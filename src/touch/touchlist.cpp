@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QEvent>
+#include <QScroller>
 #include <QStyledItemDelegate>
 
 void TouchList::attachTo(QAbstractItemView* pView)
@@ -30,6 +31,9 @@ bool TouchList::eventFilter(QObject* pWatched, QEvent* pEvent)
         return true;
     case QEvent::MouseButtonRelease:
         return filterRelease(pEvent);
+    case QEvent::Hide: // a list closed in full swing would open so
+        QScroller::scroller(m_pView->viewport())->stop();
+        return false;
     default:
         return QObject::eventFilter(pWatched, pEvent);
     }

@@ -80,7 +80,8 @@ class Operator(Finger):
         _, _, width, height = self.rect("MorvaWidget")
         for name, least in ((dialog, 0), ("applyButton", 40), ("closeButton", 40)):
             left, top, wide, high = self.rect(name)
-            assert min(left, top) >= 0 and left + wide <= width and top + high <= height and high >= least, name
+            assert min(left, top) >= 0 and left + wide <= width and top + high <= height, f"{name} is not all on screen"
+            assert high >= least, f"{name} is {high} pixels high, too low for a finger"
         self.tap_at(*self.middle(self.rect("closeButton")))
         wait(lambda: not self.look(dialog), "it does not close")
 
@@ -94,7 +95,7 @@ class Operator(Finger):
 
     def choose(self, entry):
         rect = self.locate("=" + entry)
-        assert min(rect[2:]) >= self.ENTRY, rect
+        assert min(rect[2:]) >= self.ENTRY, f"{entry} is too small for a finger: {rect[2]}x{rect[3]}"
         self.tap_at(*self.middle(rect))
         wait(lambda: not self.is_list_open(), "the list does not close")
 
@@ -124,18 +125,30 @@ class Operator(Finger):
         x, y = self.reach("=" + ADDRESS)
         self.tap_twice_while_busy(x, y)
         self.find("macId_Label", "0:a:1b:2c:3d:4e")
-        assert sum(widget["name"] == "NetworkSettingsDialog" for widget in self.widgets()) == 1
+        dialogs = sum(widget["name"] == "NetworkSettingsDialog" for widget in self.widgets())
+        assert dialogs == 1, f"two taps open {dialogs} dialogs"
         self.pick("interfaceList_comboBox", "eth10")
         self.find("ipAddress_LineEdit", LAST_ADDRESS)
         self.type("ipAddress_LineEdit", "10.1.2.3")
         self.apply("10.1.2.3")
         self.drag_by(*self.reach("useDHCP_comboBox"), 0, -60)
         time.sleep(0.3)  # a list would be open by then
-        assert not self.is_list_open()
+        assert not self.is_list_open(), "a drag opens the list"
         self.pick("useDHCP_comboBox", "Yes")
         self.apply("DHCP")
         self.pick("useDHCP_comboBox", "No")
         self.close("NetworkSettingsDialog")
+
+    def drag_zones(self):
+        """A drag moves the list and nothing else: the mark stays where it is."""
+        zone = self.find("timezone_ComboBox")["currentText"]
+        self.open("timezone_ComboBox")
+        wait(self.is_list_open, "no list of zones")
+        left, top, width, height = self.area()["rect"]
+        self.drag_by(left + width // 3, top + height * 2 // 3, 0, -height // 2)
+        self.key("Return")  # chooses what is marked
+        wait(lambda: not self.is_list_open(), "the list does not close")
+        self.find("timezone_ComboBox", zone)
 
     def choose_zone(self):
         self.pick("timezone_ComboBox", "Europe/Tallinn")
@@ -149,6 +162,11 @@ class Operator(Finger):
     def set_date(self):
         day, month, year = map(int, self.date()[:10].split("/"))
         self.open("currentDate_DateEdit")
+        parts = [self.find(name)["rect"] for name in ("calendarBar", "qt_calendar_calendarview")]
+        spans = [(min(rect[i] for rect in parts), max(rect[i] + rect[i + 2] for rect in parts)) for i in (0, 1)]
+        filled = sum(width * height for _, _, width, height in parts)
+        assert filled == (spans[0][1] - spans[0][0]) * (spans[1][1] - spans[1][0]), \
+            f"there is more in the calendar than buttons and days, {parts}"
         self.tap("previousYear")
         self.tap("nextMonth")
         self.choose("15")
@@ -167,7 +185,8 @@ class Operator(Finger):
             wait(lambda: self.date() != before, "no step")
         before = int(self.date()[14:16])
         self.hold("stepUp", 1.5)
-        assert (int(self.date()[14:16]) - before) % 60 > 3
+        steps = (int(self.date()[14:16]) - before) % 60
+        assert steps > 3, f"a button held for 1.5 s makes {steps} steps"
 
     def switch_update(self):
         left, top, width, height = self.locate("autoUpdate_CheckBox")
@@ -188,7 +207,7 @@ class Operator(Finger):
         self.close("DateTimeDialog")
         self.tap("systemTime_Label")
         self.find("ntpStatus_Label", "Last sync:64 secs ago")
-        for task in (self.choose_zone, self.set_date, self.set_time, self.switch_update, self.switch_update):
+        for task in (self.drag_zones, self.choose_zone, self.set_date, self.set_time, self.switch_update, self.switch_update):
             task()
         self.close("DateTimeDialog")
 
@@ -201,7 +220,7 @@ class Operator(Finger):
         for across, down in ((0, 60), (0, -60), (60, 0), (-60, 0)):
             self.drag_by(x, y, across, down)
             time.sleep(0.3)  # a dialog would be open by then
-            assert not self.look("NetworkSettingsDialog")
+            assert not self.look("NetworkSettingsDialog"), "a drag opens the dialog"
         self.open_interface(x, y, "eth1")
 
 
