@@ -7,11 +7,26 @@
 namespace {
 
 constexpr int s_nGap = 2;
+constexpr int s_nMargin = 2; // beside a label
 constexpr int s_nDrift = 12;
 constexpr int s_nFirstRepeatMilliseconds = 500;
 constexpr int s_nRepeatMilliseconds = 100;
 constexpr QRgb s_nGround = 0xff1b2f3c;
 constexpr QRgb s_nPressed = 0xff0b7f86;
+constexpr char s_szFontFamily[] = "Arial"; // where no desktop names a font, Qt can take a monospaced one
+
+// Half as high as the key, or less where the text would be wider than it.
+QFont fontFor(const QString& strLabel, const QSize& oKey)
+{
+    QFont oFont(s_szFontFamily);
+    oFont.setPixelSize(oKey.height() / 2);
+    const int nWidth = QFontMetrics(oFont).horizontalAdvance(strLabel);
+    const int nRoom = oKey.width() - 2 * s_nMargin;
+    if (nWidth > nRoom) {
+        oFont.setPixelSize(oFont.pixelSize() * nRoom / nWidth);
+    }
+    return oFont;
+}
 
 } // namespace
 
@@ -58,13 +73,11 @@ void KeypadWindow::paintEvent(QPaintEvent* pEvent)
     Q_UNUSED(pEvent)
     QPainter oPainter(this);
     oPainter.fillRect(QRect(QPoint(), size()), QColor(s_nGround));
-    QFont oFont = oPainter.font();
     for (int i = 0; i < m_oKeys.size(); ++i) {
         const QRect oRect = m_oKeys[i].oRect.adjusted(s_nGap, s_nGap, -s_nGap, -s_nGap);
         const bool bDark = i == m_nPressed || (m_bShift && m_oKeys[i].oKey == key::s_cShift);
         const QString strLabel = labelOf(m_oKeys[i]);
-        oFont.setPixelSize(oRect.height() / (strLabel.size() > 1 ? 3 : 2));
-        oPainter.setFont(oFont);
+        oPainter.setFont(fontFor(strLabel, oRect.size()));
         oPainter.fillRect(oRect, bDark ? QColor(s_nPressed) : QColor(Qt::white));
         oPainter.setPen(bDark ? Qt::white : Qt::black);
         oPainter.drawText(oRect, Qt::AlignCenter, strLabel);

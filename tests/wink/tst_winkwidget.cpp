@@ -37,10 +37,11 @@ private slots:
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
         wink(1000);
         m_pOverlay = QApplication::topLevelWidgets().value(0);
-        for (int i = 0; i < 2; ++i) {
+        QVERIFY(m_pOverlay);
+        for (const bool bHand : {false, true}) {
             s_nSkippedSeconds += 58;
-            QTest::qWait(100);
-            QVERIFY(m_pOverlay && m_pOverlay->isVisible());
+            QTRY_COMPARE(m_pOverlay->findChild<QWidget*>("label")->isVisible(), bHand); // timers have run
+            QVERIFY(m_pOverlay->isVisible());
             wink(1000);
         }
         s_nSkippedSeconds += 61;
@@ -96,7 +97,7 @@ private:
     {
         QCoreApplication::postEvent(EventGrabber::getInstance(),
                                     new QEvent(static_cast<QEvent::Type>(nType)));
-        QTest::qWait(100); // a window that takes the keyboard has it by now
+        QCoreApplication::sendPostedEvents(EventGrabber::getInstance());
     }
 
     bool isSeenWhole() const
