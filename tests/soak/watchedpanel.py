@@ -64,7 +64,8 @@ class Panel:
             wait(lambda: self.shown(expected[0]) == expected, "")
         except Fault:
             fields, rows = self.shown(expected[0])
-            fail("commands lost: " + differences([*fields.items(), *rows], [*expected[0].items(), *expected[1]]))
+            fail("commands lost: " + differences([*sorted(fields.items()), *rows],
+                                                 [*sorted(expected[0].items()), *expected[1]]))
 
     def check_log(self, missing):
         """Fails unless the log names exactly the rows that were missing, in order, and has no line of Qt's own."""
