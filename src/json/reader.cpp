@@ -117,7 +117,7 @@ public:
 
 private:
     // The vector for the next text. A block this large among the many small ones of documents would make the
-    // heap merge those, and reading a fifth slower.
+    // heap merge those, and reading a quarter slower.
     static std::vector<Token>& Spare()
     {
         static thread_local std::vector<Token> tokens;
