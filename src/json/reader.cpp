@@ -45,7 +45,7 @@ private:
     std::set<std::string_view> m_Names;
 };
 
-// Reads what the stream has at hand at once, which is all of it when it is in memory.
+// Reads as much as the stream has available at a time: all of it if it is in memory.
 std::string readAll(std::istream& istr)
 {
     std::string sText;
@@ -116,8 +116,8 @@ public:
     }
 
 private:
-    // The vector for the next text. A block this large among the many small ones of documents would make the
-    // heap merge those, and reading a quarter slower.
+    // The vector for the next text. Freeing a block this large makes the heap merge the many small ones of
+    // documents, and reading a quarter slower.
     static std::vector<Token>& Spare()
     {
         static thread_local std::vector<Token> tokens;
@@ -231,7 +231,7 @@ void Reader::Parse(Number& number, TokenStream& tokenStream)
     if (bNumber && oResult.ec == std::errc()) {
         return;
     }
-    // A stream makes the largest double or one close to 0 of what does not fit.
+    // A stream reads a value out of range as the largest double or one close to 0.
     std::istringstream oStream(token.Value());
     oStream.imbue(std::locale::classic());
     oStream >> number.Value();

@@ -10,11 +10,11 @@
 namespace json {
 
 /**
- * Reads a JSON document from a stream or a text: one pass makes tokens of the whole text, one builds elements
- * of them.
+ * Reads a JSON document from a stream or a text: a first pass splits the whole text into tokens, a second one
+ * builds the elements.
  *
  * Beyond the JSON grammar it accepts raw control characters and any bytes of 0x80 and above in strings, and
- * numbers such as 007, 1. and -.5; it knows no \u escape. Only an object stands at the top.
+ * numbers such as 007, 1. and -.5; it has no \u escape. The top-level element must be an object.
  */
 class Reader
 {
@@ -30,7 +30,7 @@ public:
         unsigned int m_nDocOffset = 0;
     };
 
-    /** The text holds something that is no token. */
+    /** The text contains something that is not a token. */
     class ScanException : public Exception
     {
     public:
@@ -40,12 +40,12 @@ public:
         {
         }
 
-        /** Where a byte stands that begins no token; the place behind a byte that breaks a literal or an
-         * escape sequence. */
+        /** Position of a byte that starts no token, or after a byte that breaks a literal or an escape
+         * sequence. */
         Location m_locError;
     };
 
-    /** The tokens of the text stand in an order that makes no document. */
+    /** The tokens do not form a document. */
     class ParseException : public Exception
     {
     public:
@@ -67,8 +67,8 @@ public:
      * that cannot be read counts as empty.
      *
      * Throws ScanException or ParseException; a scan error anywhere in the text wins over parse errors. After
-     * a parse error the object may hold some more members and is of no use. A text may nest containers 1024
-     * deep. Time and memory grow in proportion to the text; the locale has no influence.
+     * a parse error the object may hold additional members; discard it. A text may nest containers 1024 deep.
+     * Time and memory grow in proportion to the text; the locale has no influence.
      */
     static void Read(Object& object, std::istream& istr);
     /** Reads a text in the same way. */

@@ -7,7 +7,7 @@
 
 namespace json {
 
-/** A piece of the text with a meaning of its own. */
+/** A token: its type and its text. */
 struct Reader::Token
 {
     /** What a token is. */
@@ -36,7 +36,7 @@ struct Reader::Token
     std::string_view sText;
 };
 
-/** The text and the current place in it. */
+/** The text and the current position in it. */
 class Reader::InputStream
 {
 public:

@@ -34,7 +34,7 @@ constexpr auto s_EscapeLetters = [] {
 /** Formats a number as a fresh stream would in the C locale; returns the end of the text. */
 const char* format(double dNumber, char* pBegin, char* pEnd)
 {
-    // Most numbers are small whole ones, for which there is a much faster way; it has no -0.
+    // Small whole numbers, the most frequent ones, have a much faster path, which cannot write -0.
     constexpr double dMaxWhole = 1e15;
     const bool bSmall = std::abs(dNumber) < dMaxWhole && !std::signbit(dNumber);
     if (bSmall && dNumber == std::trunc(dNumber)) {

@@ -16,10 +16,10 @@ public:
     /**
      * Writes the object and flushes the stream; errors are left in the stream's state.
      *
-     * Strings are written byte by byte as they are, but for the quotation mark, the backslash, \\b, \\f, \\n,
-     * \\r and \\t, which are escaped. Numbers are written with a precision of 20, which stays set on the
-     * stream, and with the stream's number format flags, but never with a locale's digits. Infinities and NaN
-     * are no JSON: they come out as a stream prints them.
+     * Strings are written unchanged except for the quotation mark, the backslash, \\b, \\f, \\n, \\r and \\t,
+     * which are escaped. Numbers are written with a precision of 20, which stays set on the stream, and with
+     * the stream's number format flags, but never with a locale's digits. Infinities and NaN, which JSON
+     * lacks, are written as a stream prints them.
      */
     static void Write(const Object& object, std::ostream& ostr);
 

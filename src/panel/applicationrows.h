@@ -17,7 +17,7 @@ struct sAppStatusUIDetails
 
 /**
  * Shows the rows of the applications with the keys 0 to nCount - 1, below the fixed rows of the form, and
- * hides the others. Creates the rows that are missing, with empty values.
+ * hides the others. Creates missing rows, with empty values.
  */
 void showApplicationRows(QMap<int, sAppStatusUIDetails>& oRows, int nCount, const Ui_MorvaWidget& oForm,
                          const PanelInfo& oPanelInfo);

@@ -105,7 +105,7 @@ void Console::readCommand()
     m_notifier->setEnabled(true);
 }
 
-// Appends what has arrived; returns false if nothing has.
+// Appends available input; returns false if there is none.
 bool Console::readInput()
 {
     if (!isInputReady()) {
@@ -150,7 +150,7 @@ bool Console::takeLine(std::string& strLine)
     return true;
 }
 
-// A line without an end must not take all memory.
+// Bounds the memory that a line without end can take.
 void Console::limitLine()
 {
     if (m_strInput.size() - m_nTaken <= s_nMaxLineSize) {

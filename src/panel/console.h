@@ -6,8 +6,9 @@
 class QSocketNotifier;
 
 /**
- * The command channel: reads the runtime's commands from standard input, one a line, and executes them on the
- * panel, the platform client or the wink singleton. Writes only a greeting and a farewell to standard output.
+ * The command channel: reads the runtime's commands from standard input, one per line, and executes them on
+ * the panel, the platform client or the wink singleton. Writes only a greeting and a farewell to standard
+ * output.
  *
  * The commands are described in docs/runtime-protocol.md.
  */
@@ -17,13 +18,13 @@ class Console : public QObject
 
 public:
     /**
-     * Opens the null device for each standard stream that is closed, so that no other descriptor gets its
-     * number, and ignores SIGPIPE, so that writing to a reader that has gone does not end the process. To be
-     * called before anything else opens a descriptor.
+     * Opens the null device for each closed standard stream, so that no other file gets its descriptor, and
+     * ignores SIGPIPE, so that a reader that closes its end does not end the process. Call it before anything
+     * else opens a descriptor.
      */
     static void guardStandardStreams();
 
-    /** @param pParent the TarnixUI that the commands are meant for; it owns the console */
+    /** @param pParent the TarnixUI that executes the commands; it owns the console */
     explicit Console(QObject* pParent);
 
     /** Writes "First message", a newline and the prompt "> ", then starts to listen on standard input. */
@@ -36,8 +37,8 @@ signals:
 private slots:
     /**
      * Executes every complete line that has arrived, in order, and keeps the rest for the next call. Never
-     * waits for input. Returns to the event loop after 20 ms of work and after each wink command, and
-     * continues from there.
+     * waits for input. Returns to the event loop after 20 ms of work and after each wink command, then
+     * continues.
      */
     void readCommand();
 

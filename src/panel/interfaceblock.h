@@ -18,8 +18,8 @@ struct sNetworkInterfaceUIDetails
 
 /**
  * Inserts an empty block for the rows of an interface into a column.
- * @param pAnchor the widget of the column that the block comes before
- * @return the block's layout, with the gaps between rows that the column has
+ * @param pAnchor widget of the column; the block is inserted before it
+ * @return the block's layout, with the column's spacing
  */
 QLayout* insertBlock(QBoxLayout* pColumn, QWidget* pAnchor);
 

@@ -3,9 +3,9 @@
 #include <QWidget>
 
 /**
- * Keeps a widget that is out of sight from asking for a paint, as long as this object lives: Qt looks through
- * all siblings of each widget that asks, which would take two fifths of the time that 1001 applications take.
- * A widget that comes into view is painted anyway.
+ * Suppresses paint requests of a widget that is out of sight, during this object's lifetime. For each request
+ * Qt searches all siblings of the widget: 40 % of the time that 1001 applications take. A widget that scrolls
+ * into view is painted regardless.
  */
 class NoUnseenPaint
 {

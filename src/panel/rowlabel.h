@@ -2,17 +2,17 @@
 
 #include <QLabel>
 
-/** A label of one of the many rows that are created while the panel runs. Shows plain text. */
+/** A label of a row that is created at run time. Shows plain text. */
 class RowLabel : public QLabel
 {
 public:
-    /** Creates a label that shows a text as it stands, never as markup. */
+    /** Creates a label that shows the text unchanged, never as markup. */
     RowLabel(const QString& strText, QWidget* pParent);
 
 protected:
-    /** Handles the request for a first paint, which has no effect out of sight. */
+    /** Ignores the first paint request while the label is out of sight. */
     bool event(QEvent* pEvent) override;
 };
 
-/** Shows a text of the runtime as it stands; of one longer than 65536 UTF-16 units only the beginning. */
+/** Shows a text from the runtime unchanged, truncated to 65536 UTF-16 units. */
 void showText(QLabel* pLabel, const QString& strText);

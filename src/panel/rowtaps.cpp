@@ -43,7 +43,8 @@ bool RowTaps::eventFilter(QObject* pWatched, QEvent* pEvent)
     return false;
 }
 
-// The release of a finger reaches nobody if the row that it was pressed on has gone.
+// Qt drops the release if the pressed row was hidden during a drag; the scroller would then ignore the next
+// tap.
 void RowTaps::endLostDrag()
 {
     QScroller* pScroller = QScroller::scroller(m_pArea->viewport());
@@ -62,7 +63,7 @@ QObject* RowTaps::tappedRow(QObject* pWatched, const QEvent* pEvent)
     return bTap || (pEvent->type() == QEvent::MouseButtonRelease && !bPressed) ? pWatched : nullptr;
 }
 
-// Returns the nearest row above or below, however far to the side; null outside of the gaps between rows.
+// Returns the nearest row above or below, at any distance to the side; null outside the gaps between rows.
 QWidget* RowTaps::rowAt(const QPoint& oGlobal) const
 {
     QWidget* pNearest = nullptr;

@@ -9,17 +9,17 @@ class QScrollArea;
 class QWidget;
 
 /**
- * Recognises the taps on the rows of a scroll area, and which row each of them means.
+ * Recognises taps on the rows of a scroll area, and the row that each tap means.
  *
- * Knows every press in the window, also one that scrolling keeps from the rows.
+ * Sees every press in the window, including those that scrolling withholds from the rows.
  */
 class RowTaps : public QObject
 {
 public:
     /**
      * @param pArea the scroll area; it owns the object
-     * @param pValues column with a widget for each row, or a block of them. A finger between rows or beside
-     * one means the nearest
+     * @param pValues column of row widgets and blocks of rows; a tap between or beside rows means the nearest
+     * row
      */
     RowTaps(QScrollArea* pArea, const QBoxLayout* pValues);
 

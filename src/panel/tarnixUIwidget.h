@@ -77,8 +77,7 @@ public:
     /** Returns InterfaceSettings::testDetails(). */
     static QList<sNetworkInterfaceDetails> getTestInterfaceDetails();
 
-    /** Watches the rows for taps, which open a dialog soon after; see QObject::eventFilter. Returns true for
-     * a tap that it handled. */
+    /** Watches the rows for taps; a tap opens a dialog from the event loop. See QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
