@@ -78,9 +78,9 @@ def disagreements():
         if word not in pages:
             yield f"{word} of the manual page"
     variables = re.findall(r"^\| `([A-Z_]+)` \|", read("docs/integrating.md"), re.MULTILINE)
-    commands = [f" {letter}" for letter in re.findall(r"^\| `(\w+)`", read("docs/runtime-protocol.md"), re.MULTILINE)]
+    commands = re.findall(r"^\| `(\w+)`", read("docs/runtime-protocol.md"), re.MULTILINE)
     for word in variables + commands:
-        if word not in manual:
+        if not re.search(rf'^\.BI?R? (?:.*" )?{word}\b', manual, re.MULTILINE):
             yield f"{word} is missing in the manual page"
     for preset in re.findall(r'"displayName".*\n.*|"name": "(\S+)",\n +"displayName"', read("CMakePresets.json")):
         if preset and f"`{preset}`" not in read("README.md"):
