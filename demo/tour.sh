@@ -9,9 +9,9 @@ fnStage device 'Device type and target version'
 fnService setInterfaceConfigJSON eth0 \
     '{"name" : "eth0","dhcp" : false,"ip_address" : "10.0.0.77","netmask" : "255.0.0.0","gateway_ip" : "10.0.0.1"}'
 fnService applyNewConfiguration
-fnSay 'Somebody gives eth0 another address; the panel looks every ten seconds'
+fnSay 'Another client changes the address of eth0; the panel asks for it every ten seconds'
 sleep 10
-fnStage interfaces 'It shows the address of the platform service'
+fnStage interfaces 'The panel shows the new address'
 
 fnFinger tap =10.0.0.77
 fnFinger await NetworkSettingsDialog
@@ -27,18 +27,18 @@ fnStage network-static 'Apply sends another address; the panel shows it at once'
 
 fnFinger tap =172.16.1.5
 fnFinger tap useDHCP_comboBox
-fnStage network-choice 'Or the address shall come by DHCP'
+fnStage network-choice 'DHCP is chosen in its place'
 fnFinger tap =Yes
 fnFinger tap applyButton
 fnFinger tap closeButton
 fnFinger await =DHCP
 fnStage network-dhcp 'There is no lease yet'
 fnFinger await =192.168.1.20
-fnStage network-lease 'A lease has come'
+fnStage network-lease 'The lease has arrived'
 
 fnSend w1
 sleep 1.5 # the hand disappears after one second and is back after two
-fnStage wink 'Wink: an operator finds the device by its blinking hand'
+fnStage wink 'Wink: a blinking hand identifies the device'
 fnStage wink-blink 'It blinks once a second'
 fnSend w0
 fnStage wink-off 'Wink is off'
@@ -59,7 +59,7 @@ fnFinger await ntpStatus_Label 'Last sync:64 secs ago'
 fnFinger await timezone_ComboBox Europe/Rome
 fnStage datetime-dialog 'A tap on the clock opens its settings, with what the device has set'
 fnFinger open timezone_ComboBox
-fnStage datetime-zones 'It has all time zones'
+fnStage datetime-zones 'The list has all time zones'
 fnFinger tap =Europe/Rome
 fnFinger type timezone_ComboBox Tokyo
 fnStage datetime-found 'A part of a name finds the zones that contain it'
@@ -67,7 +67,7 @@ fnFinger tap =Asia/Tokyo
 fnFinger tap applyButton
 fnAwaitOnDevice 'grep -q Asia/Tokyo /etc/timezone'
 fnFinger tap autoUpdate_CheckBox
-fnStage datetime-ntp 'The time shall come from a server'
+fnStage datetime-ntp 'With Automatic Update the time comes from a server'
 fnFinger tap applyButton
 fnAwaitOnDevice "grep -q 'start(.ntpd' /tmp/ovik-simulator.log"
 fnFinger tap autoUpdate_CheckBox
