@@ -2,6 +2,6 @@
 
 class QAbstractScrollArea;
 
-/** Lets a finger drag the contents of a scroll area or a view, from anywhere on it; what moves less than
- * Tap::distance() reaches the contents as a tap. */
+/** Lets a finger drag the contents of a scroll area or a view. A movement below Tap::distance() reaches the
+ * contents as a tap. */
 void letFingerScroll(QAbstractScrollArea* pArea);

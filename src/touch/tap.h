@@ -5,16 +5,14 @@
 class QEvent;
 
 /**
- * Recognises the taps of a finger among all else that it does: a tap is a press and a release within a few
- * millimetres.
- *
- * It looks at the pointer only, so it does not matter what scrolls, or whether anything does.
+ * Recognises taps: a press and a release within a few millimetres. It looks at the pointer only, not at what
+ * scrolls.
  */
 class Tap
 {
 public:
-    /** Returns how far a finger may move in a tap, in pixels: 5 mm, with a physical resolution of the default
-     * screen between 70 and 300 dpi, whatever the screen claims. */
+    /** Returns how far a finger may move in a tap, in pixels: 5 mm. A resolution that the screen claims to be
+     * below 70 or above 300 dpi counts as that limit. */
     static int distance();
 
     /**

@@ -16,12 +16,12 @@ class TouchCalendar : public QCalendarWidget
     Q_OBJECT
 
 public:
-    /** Sets the sizes. */
+    /** Fits the calendar to the screen. */
     explicit TouchCalendar(QWidget* pParent);
 
     /** Returns the size on the screen. */
     QSize sizeHint() const override { return m_oSize; }
-    /** Returns the same: nothing of it can be left out. */
+    /** Returns sizeHint(). */
     QSize minimumSizeHint() const override { return m_oSize; }
 
 protected:

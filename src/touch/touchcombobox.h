@@ -7,8 +7,7 @@
 class QComboBox;
 
 /**
- * Makes a combo box usable with a finger: a tap opens its list, while a drag that starts on it does not; the
- * list is a TouchList.
+ * Makes a combo box usable with a finger: a tap opens its list, a drag does not; the list is a TouchList.
  */
 class TouchComboBox : public QObject
 {

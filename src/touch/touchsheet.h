@@ -4,8 +4,8 @@
 #include <QString>
 
 /**
- * Returns the style sheet of the dialogs: the one place that says what their widgets look like and how large
- * the parts are that a finger has to hit.
+ * Returns the style sheet of the dialogs: the look of their widgets and the sizes of the parts that a finger
+ * has to hit. A push button with the property "accent" stands out.
  * @param nTarget height of fields, buttons and the rows of lists in pixels
  * @param oFont font of all texts, with a size in pixels; its family and size are used
  */

@@ -6,20 +6,20 @@
 class QDialog;
 class QRect;
 
-/** Puts a dialog where it belongs on the screen, and keeps keys from it while a list or calendar is open. */
+/** The native window of a dialog: places it, and passes keys to an open list or calendar. */
 class DialogWindow : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Returns the window that a dialog needs on this platform; the dialog, which is not shown yet and whose
-     * layout has no margins, owns it. */
+    /** Creates the window that a dialog needs on this platform. The dialog owns it, is not shown yet, and its
+     * layout has no margins. */
     static DialogWindow* create(QDialog* pDialog);
 
     /** Moves and resizes the dialog; oRect is in pixels of the screen. */
     virtual void setRect(const QRect& oRect);
 
-    /** Returns the size in pixels of what is seen of the dialog. */
+    /** Returns the size in pixels of the visible part of the dialog. */
     virtual QSize size() const;
 
     /** Returns the size in pixels that the dialog's layout asks for. */
@@ -29,10 +29,10 @@ public:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
-    /** Watches the dialog, and makes it modal. */
+    /** Watches the dialog and makes it modal. */
     explicit DialogWindow(QDialog* pDialog);
 
-    /** Called when the dialog has a native window that is about to be shown. */
+    /** Called when the dialog's native window exists and is about to be shown. */
     virtual void prepare();
 
     /** Returns the dialog. */

@@ -32,8 +32,8 @@ QWindow* topmostWindow()
 
 } // namespace
 
-// X window managers, which keep a full-screen window and its dialogs above all others, leave a tooltip alone;
-// Wayland compositors keep it right above its transient parent; and on the frame buffer it gets no keyboard.
+// A tooltip is unmanaged on X, where window managers keep a full-screen window and its dialogs on top.
+// Wayland compositors show it right above its transient parent. On the frame buffer it gets no keys.
 OverlayWindow::OverlayWindow(QWidget* pWidget) : QObject(pWidget), m_pWidget(pWidget)
 {
     pWidget->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -54,7 +54,7 @@ void OverlayWindow::show()
     m_pWidget->raise();
 }
 
-// A hidden window would come back: the compositor of eglfs takes in what is raised.
+// The compositor of eglfs shows every window that is raised, a hidden one too.
 void OverlayWindow::restack()
 {
     if (m_pWidget->isVisible()) {
@@ -94,7 +94,7 @@ bool OverlayWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
     }
 }
 
-// Only X keeps fingers from a window that is transparent for input.
+// Only X delivers no pointer events to a window that is transparent for input.
 bool OverlayWindow::passOn(const QMouseEvent& oEvent) const
 {
     QWindow* pBelow = m_pWidget->windowHandle()->transientParent();

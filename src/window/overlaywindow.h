@@ -7,8 +7,8 @@ class QWidget;
 class QWindow;
 
 /**
- * The native window of an overlay: stays above panel, dialogs and lists on every platform, and takes neither
- * fingers nor keys. The widget keeps its own window flags.
+ * The native window of an overlay: stays above panel, dialogs and lists on every platform, and accepts no
+ * input. The widget keeps its own window flags.
  */
 class OverlayWindow : public QObject
 {
@@ -21,7 +21,7 @@ public:
     /** Shows the widget on top, or brings it back there. An open list stays open. */
     void show();
 
-    /** Passes fingers on to the window below; see QObject::eventFilter. */
+    /** Passes pointer events on to the window below; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 public slots:

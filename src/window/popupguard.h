@@ -2,14 +2,14 @@
 
 #include <QObject>
 
-/** Keeps the open list or calendar, if there is one, from being closed as long as the guard lives: Qt closes
- * it when a window is shown. */
+/** Prevents the open list or calendar from closing while the guard lives: Qt closes it when it shows a
+ * window. */
 class PopupGuard : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Guards the list or calendar that is open now. */
+    /** Guards the list or calendar that is open now, if any. */
     PopupGuard();
 
     /** Refuses to close what is guarded; see QObject::eventFilter. */

@@ -2,8 +2,8 @@
 
 #include <QRect>
 
-/** Returns the place and size in pixels of the screen that everything is shown on, Qt's default one; null if
- * there is none. */
+/** Returns the place and size in pixels of Qt's default screen, which everything is shown on; null if there
+ * is none. */
 QRect screenRect();
 
 /** Returns what an on-screen keyboard leaves of screenRect(). */
