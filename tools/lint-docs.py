@@ -93,8 +93,8 @@ def main():
     else:
         os.chdir(os.path.dirname(__file__) + "/..")
         tracked = subprocess.check_output(["git", "ls-files"], text=True).splitlines()
-        sources = "".join(read(path) for path in tracked
-                          if re.search(r"\.(cpp|h|ui|py|sh|xml|json|in)$|CMakeLists.txt$", path) and os.path.exists(path))
+        sources = "".join(read(path) for path in tracked if os.path.exists(path) and
+                          re.search(r"\.(cpp|h|ui|py|sh|xml|json|in)$|CMakeLists.txt$", path))
         findings = [f"{page}: {what}" for page in tracked if page.endswith(".md") and os.path.exists(page)
                     for what in [*dead_links(page), *dead_words(page, sources)]]
         findings += [f"documents: {what}" for what in disagreements()]

@@ -125,8 +125,9 @@ def check_session():
     """What an operator does, with the documents of the page."""
     service = start_service(EXAMPLES["network.json"])
     runtime, finger = start_runtime()
-    expect("the first interface", json.loads(EXAMPLES["network.json"])["interfaces"][0], json.loads(EXAMPLES["eth0.json"]))
-    for label, text in (("=192.168.1.20", None), ("=10.0.0.77", None), ("targetVersionForm_Label", "v3.5.19"[1:]),
+    expect("the first interface", json.loads(EXAMPLES["network.json"])["interfaces"][0],
+           json.loads(EXAMPLES["eth0.json"]))
+    for label, text in (("=192.168.1.20", None), ("=10.0.0.77", None), ("targetVersionForm_Label", "3.5.19"),
                         ("appnameForm_Label", "Mixer"), ("plcStatusForm_Label", "Running")):
         finger.find(label, text)
     finger.tap("=192.168.1.20")
@@ -168,8 +169,9 @@ def check_members(called):
     expect("the signatures listed", listed, {key: described[key] for key in listed})
     never = set()
     for interfaces, members in table("platform-service", "Interface | Members"):
-        for interface in re.findall(r"`(\S+)`", interfaces):
-            never |= {key for key in described if key[0] == interface and (members[:3] == "all" or f"`{key[1]}`" in members)}
+        for interface, name in described:
+            if f"`{interface}`" in interfaces and (members[:3] == "all" or f"`{name}`" in members):
+                never.add((interface, name))
     expect("the members never called", never, set(described) - set(listed))
 
 
@@ -234,7 +236,8 @@ class SimulatedService:
     def check_greetings(self):
         session = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--address=unix:path=/tmp/session-bus"],
                                    stderr=subprocess.DEVNULL)
-        worlds = (("well", ""), ("absent", ""), ("slow", str(1000 // SPEED)), ("silent", ""), ("well", ""), ("well", ""))
+        slow = "slow", str(1000 // SPEED)
+        worlds = ("well", ""), ("absent", ""), slow, ("silent", ""), ("well", ""), ("well", "")
         for number, (world, row) in enumerate(zip(worlds, table("integrating", "platform service | greeting after"))):
             self.set(*world)
             self.service.send_signal(signal.SIGSTOP if number > 3 else signal.SIGCONT)
