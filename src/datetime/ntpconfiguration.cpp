@@ -53,7 +53,6 @@ QString replace(QFile& oGenerated)
         std::rename(QFile::encodeName(oCopy.fileName()).constData(), s_szOfDaemon) != 0) {
         return QString::fromLocal8Bit(std::strerror(errno));
     }
-    oCopy.setAutoRemove(false);
     return {};
 }
 

@@ -144,6 +144,7 @@ private slots:
         const bool bTick = !m_pApply->icon().isNull();
         const QString strLog = g_oLog.join('\n');
         const bool bReplaced = !runInShell("grep -rq 'server 127.127.1.0' /etc/ntp.conf");
+        QVERIFY(runInShell("test $(stat -Lc %a /etc/ntp.conf) -ge 644 -a ! -e /etc/ntp.conf.*"));
         m_pDialog.reset();
         setWorld("well");
         runInShell("! mountpoint -q /etc || mount -o remount,rw /etc; ! mount | grep -q 'tmpfs on /etc ' || "

@@ -41,6 +41,7 @@ const std::tuple<const char*, const char*, const char*, const char*> s_aReports[
     {s_szZones, "echo '[a,'; sleep 1000 & exec yes b,", "<a of a|b|b|b>", s_szCrash},
     {s_szZones, "", "<Europe/Rome of >", "onProcessError Error:  QProcess::FailedToStart"}, // not executable
     {s_szZones, "echo '[]'; exit 1", "<Europe/Rome of >", ""},
+    {s_szZones, "echo '[,UTC]'", "< of |UTC>", ""},
     {"cat", "printf ' Euro'; sleep 0.1; printf 'pe/Rome\\n\\0UTC'", "<Europe/Rome of", ""},
     {"cat", "printf 'UTC%200000s'; exec sleep 1000", "<UTC of", s_szCrash},
     {"sed", "printf '* 10.0'; sleep 0.1; printf '.0.2 2 u 6'; sleep 0.1; echo '4 128 377'",
@@ -160,6 +161,8 @@ private slots:
             const QByteArray oZone = strZone.trimmed().toUtf8();
             QCOMPARE(contents("/etc/timezone"), oZone.isEmpty() ? oFormer : oZone + '\n');
         }
+        QVERIFY(
+            !g_pDialog->findChild<QAbstractButton*>("applyButton")->icon().isNull()); // after failures, too
         QCOMPARE(QFile::symLinkTarget("/etc/localtime"), "/usr/share/zoneinfo/posix/Asia/Tokyo");
         QVERIFY(!QFile::exists("/tmp/hangs"));
         QVERIFY(takeCalls().startsWith(R"(enabled("ntpd") stop("ntpd") disable("ntpd") stop)"));
