@@ -5,8 +5,8 @@
 
 CONFIGURATION is a file with the network configuration as JSON, as in platform-service.md. The service keeps it in
 memory; a real one stores it, and changes the device where this one prints what it would do. It publishes on the system
-bus; --session chooses the session bus. XML is the description of the interfaces, by default the installed one. Needs the
-package python3-gi.
+bus; --session chooses the session bus. XML is the description of the interfaces, by default the installed one. Needs
+the package python3-gi.
 """
 import argparse
 import json
