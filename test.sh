@@ -1,6 +1,6 @@
 #!/bin/bash
-# Installs what is needed, builds everything and passes the tests: with GCC, with Clang under the sanitizers, and of the
-# Debian package.
+# Installs what is needed, builds everything and passes the tests: with GCC and Qt 5 and 6, with Clang under the
+# sanitizers, and of the Debian packages.
 #
 #   test.sh [--aarch64]
 #
@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 case ${1:-} in
-'') presets=(dev asan release) ;;
+'') presets=(dev dev-qt6 asan release release-qt6) ;;
 --aarch64) presets=(aarch64 aarch64-release) ;;
 *)
     sed -n '2,7s/^# \?//p' "$0" >&2
@@ -19,13 +19,21 @@ esac
 tools/sandbox.sh --check
 packaging/install-build-packages.sh "$@"
 
-# Whoever builds with another compiler than ours shall not be stopped by its new warnings.
+fnTest() { # PRESET: a display server of another project may miss an event on a busy machine
+    local others
+    ! ctest --preset "$1" -j2 || return 0
+    others=$(ctest --preset "$1" --rerun-failed -LE display -N | sed -n 's/^Total Tests: //p')
+    [[ $others == 0 ]] || return 1
+    echo 'test.sh: only tests on display servers of other projects failed; they get a second try'
+    ctest --preset "$1" --rerun-failed
+}
+
+# Warnings of other compilers are not errors.
 warnings=OFF
 [[ -z ${CI:-} ]] || warnings=ON
 
 for preset in "${presets[@]}"; do
     cmake --preset "$preset" -DCMAKE_COMPILE_WARNING_AS_ERROR="$warnings"
     cmake --build --preset "$preset"
-    # Displays and compositors of others take part: what fails once because the machine is busy gets a second try.
-    ctest --preset "$preset" -j2 --repeat until-pass:2
+    fnTest "$preset"
 done

@@ -35,8 +35,10 @@ architecture=$(dpkg --print-architecture)
 fnExpect 'The architecture' "$(dpkg-deb -f "$package" Architecture)" "$architecture"
 # Debian 13 ends some names with t64.
 depends=$(dpkg-deb -f "$package" Depends | tr ', ' '\n' |
-    sed -n 's/^\(libqt5[a-z]*5\)\(a\|t64\)\?$/\1/p' | sort | paste -sd ' ')
-fnExpect 'What it needs of Qt' "$depends" 'libqt5core5 libqt5dbus5 libqt5gui5 libqt5network5 libqt5widgets5'
+    sed -n 's/^\(libqt[56][a-z]*[56]\)\(a\|t64\)\?$/\1/p' | sort | paste -sd ' ')
+version=$(sed -n 's/^TARNIXUI_QT:STRING=//p' "$build/CMakeCache.txt")
+needed=$(printf "libqt$version%s$version " core dbus gui network widgets)
+fnExpect 'What it needs of Qt' "$depends " "$needed"
 
 fnFiles >before
 fnDpkg --install "$package"

@@ -7,7 +7,7 @@ inherit cmake_qt5 externalsrc
 
 EXTERNALSRC = "${THISDIR}/../.."
 DEPENDS = "qtbase"
-EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DTARNIXUI_TESTS=OFF"
+EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DTARNIXUI_TESTS=OFF -DTARNIXUI_KEYPAD=OFF"
 
 RDEPENDS:${PN} = "bash qtbase-plugins"
 RRECOMMENDS:${PN} = "liberation-fonts"
