@@ -1,5 +1,5 @@
-// The panel's peer in the measurements: the same forms, texts, fonts, bus calls and child processes; minimal, without
-// safeguards.
+// The panel's peer in the measurements: the same forms, texts, fonts, bus calls and child processes; minimal,
+// without safeguards.
 #include "bareservice.h"
 #include "touch/touchsheet.h"
 #include "ui_datetimedialog.h"

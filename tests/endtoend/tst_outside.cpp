@@ -22,7 +22,7 @@ QByteArray shell(const QString& strScript)
     return oShell.readAll();
 }
 
-// Waits until the panel's clock has ticked twice: longer than the panel waits before it tries again.
+// Waits until the panel's clock has ticked twice: longer than the panel waits before it retries.
 bool waitForTicks(PanelProcess& oPanel)
 {
     const auto fnTicks = [&oPanel] {
@@ -42,7 +42,7 @@ class TestOutside : public QObject
 private slots:
     void init() { shell("rm -rf /tmp/tarnixUI; printf precious >/tmp/victim"); }
 
-    // The first reader is gone before it is written, where that is made to fail.
+    // In the second row the first write fails because its reader has gone.
     void pipeReachesLateReaderOnce_data()
     {
         QTest::addColumn<QString>("program");
@@ -112,7 +112,7 @@ private slots:
         const QPoint oButton = oPanel.widget("toolButton").rect().center();
         QVERIFY(oDisplay.tap(oButton)); // without the application nothing happens
 
-        // Each tap starts one, which reports what it got and outlives the panel.
+        // Each tap starts an application, which reports its environment and outlives the panel.
         shell("cat >/usr/bin/kadconfig-app <<'END'; chmod +x /usr/bin/kadconfig-app\n"
               "#!/bin/bash\necho \"[$QTDIR][$QT_PLUGIN_PATH][$LD_LIBRARY_PATH]\" "
               "$(readlink /proc/$$/fd/{0,1,2,7}) >>/tmp/report\nexec sleep 1000\nEND");

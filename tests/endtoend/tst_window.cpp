@@ -4,12 +4,12 @@
 
 namespace {
 
-// The log shows when the last line, whose index has no row, is reached.
+// The index of the last line has no row, so the log shows when it was executed.
 const QByteArray s_oManyTexts =
     "dCompact controller 500/600, long name of a device type\nv3.5.19.10 (r12345)\nn20\n"
     "a000Förderband Юท泵 Ế and a name that goes on\na001Юท泵 Ế\ns019x\n";
 
-// Returns the smallest rectangle around all that is dark in what a widget paints, in screen pixels.
+// Returns the smallest rectangle around all dark pixels that a widget paints, on the screen.
 QRect inkOf(PanelProcess& oPanel, const QString& strName)
 {
     const QImage oPicture = oPanel.picture(strName).convertToFormat(QImage::Format_ARGB32);
@@ -92,7 +92,7 @@ private slots:
         }
     }
 
-    // The rows under a drag go, so that its release reaches nobody.
+    // The row that the drag began on disappears, so no widget gets the release.
     void tapsCountAfterRowsWentDuringADrag_data()
     {
         QTest::addColumn<QString>("press"); // and how the finger moves then

@@ -1,5 +1,5 @@
-// Sends any bytes to the panel at once, then in pieces of two sizes that the first two bytes give: both times
-// the panel must end, or obey the next command and show the same.
+// Sends arbitrary bytes to the panel at once, then in pieces of two sizes, given by the first two bytes. Both
+// times the panel must end, or execute the next command and show the same.
 #include "panel/console.h"
 #include "panel/tarnixUIwidget.h"
 #include "support/difference.h"

@@ -1,5 +1,5 @@
-// Reads any bytes as a document and as a network configuration. What can be read must come out of a second
-// round trip as the same text.
+// Reads arbitrary bytes as a document and as a network configuration. A second round trip of what can be read
+// must give the same text.
 #include "platform/oviknetworkmanager.h"
 #include "support/difference.h"
 #include "json/jsontext.h"

@@ -78,11 +78,10 @@ private slots:
             {"{\"a\\", "scan: Expected string: \" at 0:4@4"},
             {R"({"\u0041":1})", R"(scan: Unrecognized escape sequence found in string: \u at 0:4@4)"},
             {"{\"\\\n", "scan: Unrecognized escape sequence found in string: \\\n at 1:0@4"},
-            // A scan error wins over the parse errors before it, the error in a value over a name that is
-            // taken.
+            // A scan error wins over parse errors before it, an error in a value over a duplicate name.
             {R"([}]{"a" "b" ~)", "scan: Unexpected character in stream: ~ at 0:12@12"},
             {R"({"a":1,"a":1.2.3})", "parse: Unexpected character in NUMBER token: . at 0:11@11 to 0:16@16"},
-            // 0xFF where no number could be read, or one that is too large.
+            // 0xFF if no number could be read or it is too large.
             {R"({"n":--5})", "parse: Unexpected character in NUMBER token: \xff at 0:5@5 to 0:8@8"},
             {R"({"n":1e400.5})", "parse: Unexpected character in NUMBER token: \xff at 0:5@5 to 0:12@12"},
             // Limits, and where there is none.
@@ -106,7 +105,7 @@ private slots:
         QCOMPARE(difference(QByteArray::fromStdString(outcome(text.toStdString())), expected), "");
     }
 
-    // The last ones take ages when each name is compared with all others.
+    // The largest object takes minutes if each name is compared with all others.
     void findsDuplicatesAndReadsStreams()
     {
         for (const int nMembers : {1, 24, 25, 200000}) {
@@ -151,7 +150,7 @@ private slots:
 
     void comparesByKindAndValue()
     {
-        // Neither way round may a comparison go through the conversions, which discard.
+        // No comparison, in either order, may use the conversions, which discard.
         const std::tuple oKinds{Object(), Array(), Number(), String(), Boolean(), Null()};
         std::apply([&oKinds](const auto&... kinds) { (compareWithEach(kinds, oKinds), ...); }, oKinds);
         QVERIFY(UnknownElement() == Null());
