@@ -12,6 +12,7 @@ namespace {
 constexpr char s_szTimeZoneGenerator[] = "/usr/bin/kadconfig-gen-timezones.sh";
 constexpr char s_szTimeZoneFile[] = "/etc/timezone";
 constexpr char s_szLocalTime[] = "/etc/localtime";
+constexpr char s_szZoneFiles[] = "/usr/share/zoneinfo/posix/";
 constexpr qint64 s_nMaxTimeZoneName = 4096;
 constexpr int s_nMaxTimeZones = 256 * 1024; // far more than any device has
 
@@ -62,7 +63,8 @@ bool platformtools::isTimeZoneInForce(const QString& strZone)
         return false;
     }
     const QFileInfo oZoneFile(s_szLocalTime);
-    if (!oZoneFile.isFile() || !oZoneFile.isReadable()) {
+    const bool bLinked = oZoneFile.symLinkTarget() == s_szZoneFiles + strZone.trimmed();
+    if (!bLinked || !oZoneFile.isFile() || !oZoneFile.isReadable()) {
         qWarning() << "setTimeZone failed:" << s_szLocalTime << "leads to no readable file for" << strZone;
         return false;
     }

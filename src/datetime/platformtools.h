@@ -24,8 +24,8 @@ namespace platformtools {
 void start(ToolProcess& oTool, eProcessType eType, const QString& strZone);
 
 /**
- * Returns whether a time zone that was set is in force: "/etc/timezone" names it, and "/etc/localtime" leads
- * to a readable file. Logs what is not.
+ * Returns whether a time zone that was set is in force: "/etc/timezone" names it, and "/etc/localtime" links
+ * to its file, which is readable. Logs what is not.
  */
 bool isTimeZoneInForce(const QString& strZone);
 

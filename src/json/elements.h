@@ -34,7 +34,7 @@ using String = TrivialType_T<std::string>;
 /** A JSON true or false. */
 using Boolean = TrivialType_T<bool>;
 
-/** Tells whether a type is one of the six element kinds: Object, Array, Number, String, Boolean, Null. */
+/** True for the six element kinds: Object, Array, Number, String, Boolean, Null. */
 template<class Type>
 using IsElement_T =
     std::disjunction<std::is_same<Type, Object>, std::is_same<Type, Array>, std::is_same<Type, Number>,

@@ -57,8 +57,8 @@ bool readValue(QDBusPendingReply<Value> oReply, Value& oValue)
  * Returns false on an error reply, and if a value has another type than its key asks for. A text that is not
  * a JSON object leaves the record as it is.
  */
-template<typename Record>
-bool readRecord(const QDBusPendingReply<QString>& oReply, Record& oRecord)
+template<typename Text, typename Record>
+bool readRecord(const QDBusPendingReply<Text>& oReply, Record& oRecord)
 {
     QString strText;
     if (!readValue(oReply, strText)) {

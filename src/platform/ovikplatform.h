@@ -93,8 +93,8 @@ public:
      * With DHCP on the cache gets the addresses in force, with DHCP off the configured ones. Fields that are
      * missing in the reply get their defaults, no address and DHCP off; so do all if the reply is not a JSON
      * object. Returns false without a connection. Returns true, and leaves the cache unchanged, if the
-     * service replies with an error or with a JSON value of the wrong type; HasReadNetworkSettings() tells
-     * these from a success.
+     * service replies with an error or with a JSON value of the wrong type; HasReadNetworkSettings() then
+     * returns false.
      */
     bool UpdateNetworkSettings();
 
@@ -107,7 +107,7 @@ public:
      * them.
      *
      * With DHCP on the addresses stay as the service has them. Does not wait for the replies: true means that
-     * the settings were sent; watchReplies() tells how the service took them. Returns false, and sends
+     * the settings were sent; watchReplies() reports whether the service took them. Returns false, and sends
      * nothing, without a connection or if the current settings of the interface cannot be read: an error
      * reply, or a text that does not describe an interface. A description needs a name: without one it may
      * come from a truncated text, and defaults must never overwrite a device's settings.
@@ -139,8 +139,8 @@ public:
     /**
      * Makes the service stop and disable the NTP daemon and then, if bEnable is set, enable and start it.
      *
-     * Does not wait for the service; watchReplies() tells how it took the calls. Does nothing before a
-     * successful Init().
+     * Does not wait for the service; watchReplies() reports whether it took the calls. Does nothing before
+     * a successful Init().
      */
     void restartNTPDService(bool bEnable);
 

@@ -8,6 +8,8 @@
 #include <QDialog>
 #include <QFormLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int s_nGap = 6;

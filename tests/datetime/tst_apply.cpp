@@ -63,6 +63,8 @@ const std::tuple<const char*, const char*, const char*, const char*> s_aSituatio
      "setTimeZone failed: /etc/localtime leads to no readable file for \"UTC\""},
     {"rm /etc/localtime; mkdir -p /etc/localtime/x", "zone", "well", // cannot be replaced
      "setTimeZone failed: /etc/localtime leads to no readable file for \"UTC\""},
+    {"rm /etc/localtime; touch /etc/localtime; mount -B /usr/share/zoneinfo/Asia/Tokyo /etc/localtime",
+     "zone", "well", "setTimeZone failed: /etc/localtime leads to no readable file for \"UTC\""},
     {"# the clock is refused", "clock", "well", "saveDateTime failed"},
     {"rm $generator", "NTP", "well", "saveNTPSettings failed: /etc/kadconfig-ntp.conf is empty"},
     {"echo >$generator", "NTP", "well", "saveNTPSettings failed: /etc/kadconfig-ntp.conf is empty"},
@@ -148,7 +150,7 @@ private slots:
         m_pDialog.reset();
         setWorld("well");
         runInShell("! mountpoint -q /etc || mount -o remount,rw /etc; ! mount | grep -q 'tmpfs on /etc ' || "
-                   "umount /etc");
+                   "umount /etc; umount -q /etc/localtime");
         QCOMPARE(strLog, szLog);
         QCOMPARE(bTick, !*szLog);
         QCOMPARE(bReplaced,
