@@ -16,7 +16,7 @@ namespace {
 using Interface = OVIK::NetworkConfiguration::Interface;
 
 constexpr char s_szDefaultInterface[] = "eth0";
-constexpr char s_szNTPService[] = "ntpd";
+constexpr QLatin1String s_oNTPService("ntpd"); // a wrong type in the description does not compile
 constexpr int s_nRootAttempts = 3;
 
 template<typename Proxy>
@@ -334,13 +334,13 @@ void OVIKPlatform::restartNTPDService(bool bEnable)
     }
     // Every change starts from a daemon that is stopped and disabled.
     // Kept, see docs/compatibility.md
-    m_oSentCalls.append({"stop", m_serviceManager->stop(s_szNTPService)});
-    m_oSentCalls.append({"disable", m_serviceManager->disable(s_szNTPService)});
+    m_oSentCalls.append({"stop", m_serviceManager->stop(s_oNTPService)});
+    m_oSentCalls.append({"disable", m_serviceManager->disable(s_oNTPService)});
     if (!bEnable) {
         return;
     }
-    m_oSentCalls.append({"enable", m_serviceManager->enable(s_szNTPService)});
-    m_oSentCalls.append({"start", m_serviceManager->start(s_szNTPService)});
+    m_oSentCalls.append({"enable", m_serviceManager->enable(s_oNTPService)});
+    m_oSentCalls.append({"start", m_serviceManager->start(s_oNTPService)});
 }
 
 bool OVIKPlatform::isNTPDEnabled()
@@ -349,7 +349,7 @@ bool OVIKPlatform::isNTPDEnabled()
         return false;
     }
     bool bEnabled = false;
-    return readValue(m_serviceManager->enabled(s_szNTPService), bEnabled) && bEnabled;
+    return readValue(m_serviceManager->enabled(s_oNTPService), bEnabled) && bEnabled;
 }
 
 void OVIKPlatform::Reboot()
