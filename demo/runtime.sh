@@ -40,7 +40,7 @@ fnWrite() { printf '%s\n' "$1" >&"$commands"; }
 fnSession() { # NAME: what stands between the panel and the X display
     local line
     exec {session}< <(exec tools/session.sh "$1" 2>/tmp/session-errors.log)
-    read -r line <&"$session" || fnFail "$1 does not start"
+    read -r <&"$session" || fnFail "$1 does not start"
 }
 
 fnFinger() { tools/finger.py /tmp/probe "$@" || fnFail "the operator fails: $*"; }

@@ -10,7 +10,7 @@ import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.realpath(HERE + "/../tools"))
-from finger import Finger  # noqa: E402
+from finger import Finger
 
 
 def make_image(*options):

@@ -1,10 +1,11 @@
 #!/bin/bash
 # Installs what building, testing and showing the panel needs on Debian 12 and 13; does nothing if all of it is there.
 #
-#   install-build-packages.sh [--aarch64]
+#   install-build-packages.sh [--aarch64 | --lint]
 #
 # --aarch64   also what building for AArch64, running it here and making an emulated device needs; lets the machine have
 #             packages of arm64
+# --lint      also what checks the style, and what the benchmarks are built with
 set -euo pipefail
 
 # No name carries a version: the same list serves every release.
@@ -19,6 +20,10 @@ packages=(
 [[ ${1:-} != --aarch64 ]] || packages+=(
     crossbuild-essential-arm64 qemu-user qtbase5-dev:arm64 qtbase5-private-dev:arm64
     cpio e2fsprogs kmod mmdebstrap qemu-system-arm zstd
+)
+
+[[ ${1:-} != --lint ]] || packages+=(
+    clang-format clang-tidy flake8 git libbenchmark-dev nlohmann-json3-dev rapidjson-dev shellcheck
 )
 
 missing=()

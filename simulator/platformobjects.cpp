@@ -111,11 +111,11 @@ PlatformObjects::PlatformObjects(World& oWorld, int nLeaseDelayMs)
 
 void PlatformObjects::addAnswers()
 {
+    const QVariantList oMainInfo = {2, 21, 11, 26};
+    const QVariantList oSystemInfo = {21, 11, 26, "\1\2\3", "PLC07", 0x10, 0x20, "QN", 7};
     m_oAnswers = {
         {"/MainOSInfo info",
-         [this](const auto&) {
-             return record({2, 21, 11, 26, m_oVersion});
-         }},
+         [this, oMainInfo](const auto&) { return record(QVariantList(oMainInfo) << m_oVersion); }},
         {"/NetworkManager applyNewConfiguration", [this](const auto&) { return m_oNetwork.apply(), 0; }},
         {"/NetworkManager getConfigJSON", [this](const auto&) { return json(m_oNetwork.toJSON()); }},
         {"/NetworkManager getInterfaceConfig",
@@ -131,10 +131,7 @@ void PlatformObjects::addAnswers()
          [this](const auto& o) { return m_oEnabledServices.append(o[0].toString()), 0; }},
         {"/ServiceManager enabled",
          [this](const auto& o) { return m_oEnabledServices.contains(o[0].toString()); }},
-        {"/SystemInfo info",
-         [this](const auto&) {
-             return record({21, 11, 26, "\1\2\3", "PLC07", 0x10, 0x20, "QN", 7});
-         }},
+        {"/SystemInfo info", [this, oSystemInfo](const auto&) { return record(oSystemInfo); }},
     };
 }
 

@@ -40,23 +40,14 @@ public:
 
 private:
     void killGroup();
-
-    int m_nOutputLeft;
-
+    // The formatter's versions differ on functions between #if and #endif.
+    // clang-format off
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // has a virtual function in its place
-protected:
-    /** Runs the modifier in the child. */
-    void setupChildProcess() override
-    {
-        m_fnModifier();
-    }
-
-private:
-    void setChildProcessModifier(void (*fnModifier)())
-    {
-        m_fnModifier = fnModifier;
-    }
+    void setupChildProcess() override { m_fnModifier(); }
+    void setChildProcessModifier(void (*fnModifier)()) { m_fnModifier = fnModifier; }
 
     void (*m_fnModifier)();
 #endif
+    // clang-format on
+    int m_nOutputLeft;
 };

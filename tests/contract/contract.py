@@ -17,7 +17,7 @@ import xml.etree.ElementTree
 
 ROOT = os.path.realpath(os.path.dirname(__file__) + "/../..")
 sys.path.insert(0, ROOT + "/tools")
-from finger import Finger  # noqa: E402
+from finger import Finger
 
 Finger.PACE = 3.0
 BUILD = os.path.realpath(sys.argv[2])

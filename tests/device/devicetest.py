@@ -1,6 +1,5 @@
 """What the tests on the emulated device share."""
 import os
-import shlex
 import subprocess
 import sys
 import tempfile
@@ -11,7 +10,7 @@ for _folder in ("../../device", "../touch"):
     sys.path.insert(0, os.path.realpath(HERE + "/" + _folder))
 from emulator import Device, DeviceFinger, make_image, settings_for  # noqa: E402
 from finger import Finger  # noqa: E402
-from touch import Operator, document  # noqa: E402
+from touch import Operator, document  # noqa: F401
 
 Finger.PATIENCE = 120
 

@@ -76,7 +76,8 @@ private slots:
         QTest::newRow("ident") << "identNoForm_Label" << QByteArray("i4711\n") << "";
         QTest::newRow("unchanged") << "targetVersionForm_Label" << QByteArray("v  1.2 \r\n") << "  1.2 \r";
         QTest::newRow("NUL") << "targetVersionForm_Label" << QByteArray("vab\0cd\n", 7) << "ab";
-        QTest::newRow("too long") << "targetVersionForm_Label" << 'v' + oLongest + "😀\n" << QString(oLongest);
+        QTest::newRow("too long") << "targetVersionForm_Label" << 'v' + oLongest + "\U0001F600\n"
+                                  << QString(oLongest);
         QTest::newRow("UTF-8") << "appnameForm_Label" << QByteArray("a000Förder 泵\n") << "Förder 泵";
         QTest::newRow("none") << "appnameForm_Label" << QByteArray("A0001\nquit \nQuit\n\nquit\r\na0002\n")
                               << "2";

@@ -10,8 +10,8 @@ import sys
 HERE = os.path.dirname(os.path.abspath(__file__))
 TOOLS = os.path.realpath(HERE + "/../../tools")
 sys.path.insert(0, TOOLS)
-from finger import Finger  # noqa: E402
-from panel import Fault, fail, start, wait  # noqa: E402
+from finger import Finger
+from panel import Fault, fail, start, wait
 
 LOG = "/tmp/soak.log"
 UNWANTED = re.compile(rb"^Q[A-Z]\w*[:(,].*|.*(?:Sanitizer|runtime error|terminate called|ASSERT).*", re.MULTILINE)

@@ -15,8 +15,8 @@ import time
 
 TOOLS = os.path.realpath(os.path.dirname(__file__) + "/../../tools")
 sys.path.insert(0, TOOLS)
-from finger import Finger  # noqa: E402
-from panel import start, wait  # noqa: E402
+from finger import Finger
+from panel import start, wait
 
 ADDRESS, NEXT_ADDRESS, LAST_ADDRESS = "10.0.0.101", "10.0.0.100", "10.0.0.110"  # the order is eth1, eth0, eth3, ...
 
