@@ -16,7 +16,7 @@ namespace {
 using Interface = OVIK::NetworkConfiguration::Interface;
 
 constexpr char s_szDefaultInterface[] = "eth0";
-constexpr QLatin1String s_oNTPService("ntpd"); // a wrong type in the description does not compile
+const QLatin1String s_oNTPService("ntpd"); // a wrong type in the description does not compile
 constexpr int s_nRootAttempts = 3;
 
 template<typename Proxy>
