@@ -1,14 +1,13 @@
 #include "platform/pendingreplies.h"
 
-#include <QDBusPendingCallWatcher>
 #include <QDebug>
 
 PendingReplies::PendingReplies(const QList<sSentCall>& oCalls, QObject* pParent)
     : QObject(pParent), m_oCalls(oCalls), m_nOpen(static_cast<int>(oCalls.size()))
 {
     for (const sSentCall& oCall : oCalls) {
-        auto* pWatcher = new QDBusPendingCallWatcher(oCall.oReply, this);
-        connect(pWatcher, SIGNAL(finished(QDBusPendingCallWatcher*)), this, SLOT(onReply()));
+        m_oWatchers.emplace_back(oCall.oReply);
+        connect(&m_oWatchers.back(), SIGNAL(finished(QDBusPendingCallWatcher*)), this, SLOT(onReply()));
     }
     if (oCalls.isEmpty()) {
         QMetaObject::invokeMethod(this, "report", Qt::QueuedConnection);

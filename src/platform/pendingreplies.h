@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QList>
 #include <QObject>
+
+#include <list>
 
 /** A call that was sent to the platform service without waiting; the service replies with a number. */
 struct sSentCall
@@ -47,5 +50,6 @@ private:
     QString failure() const;
 
     QList<sSentCall> m_oCalls;
+    std::list<QDBusPendingCallWatcher> m_oWatchers;
     int m_nOpen;
 };
