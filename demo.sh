@@ -10,7 +10,7 @@
 #             not given
 # --screen    size of the device's screen, 800x480 if not given; up to 480 wide the wink has its other layout
 # --keyboard  with an on-screen keyboard
-# --rotate    the device's screen and touch screen are mounted turned by that many degrees
+# --rotate    the touch screen is mounted turned by that many degrees
 # --platform  what the panel draws on: the device's frame buffer, or KMS through OpenGL
 # --qt        major version of Qt that the panel is built with, 5 if not given
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR

@@ -19,8 +19,8 @@ def make_image(*options):
 
 
 def settings_for(platform, screen, rotation):
-    """Returns the panel's settings for a screen of that size as the operator sees it, the size of the device's screen, and
-    what maps a point of the first to one of the second."""
+    """Returns the panel's settings for a screen of that size whose touch screen is mounted turned, the size of the touch
+    screen, and what maps a point of the screen to one of the touch screen."""
     width, height = map(int, screen.split("x"))
     size = f"mmsize={width * 254 // 960}x{height * 254 // 960}"
     if platform == "eglfs":
@@ -28,12 +28,12 @@ def settings_for(platform, screen, rotation):
                     "QT_QPA_EGLFS_PHYSICAL_WIDTH": str(width * 254 // 960),
                     "QT_QPA_EGLFS_PHYSICAL_HEIGHT": str(height * 254 // 960)}
     else:
-        settings = {"QT_QPA_PLATFORM": f"linuxfb:fb=/dev/fb0:{size}", "QT_QPA_FB_HIDECURSOR": "1"}
+        settings = {"QT_QPA_PLATFORM": f"linuxfb:fb=/dev/fb0:{size}", "QT_QPA_FB_HIDECURSOR": "1",
+                    "QT_QPA_FB_DISABLE_INPUT": "1"}
     if not rotation:
         return settings, screen, lambda x, y: (x, y)
-    settings["QT_QPA_PLATFORM"] += f":rotation={rotation}"
     settings["QT_QPA_GENERIC_PLUGINS"] = f"evdevtouch:/dev/input/touchscreen:rotate={rotation}"
-    return settings, f"{height}x{width}", lambda x, y: (height - 1 - y, x)
+    return settings, f"{height}x{width}", lambda x, y: (y, width - 1 - x)
 
 
 class Device:
@@ -42,7 +42,7 @@ class Device:
     TimeoutError after PATIENCE seconds."""
     PATIENCE = 120
 
-    def __init__(self, image, screen="800x480", settings=None, parameters=(), probe=True, keyboard=False, window=False,
+    def __init__(self, image, screen="800x480", sensor=None, settings=None, parameters=(), probe=True, keyboard=False, window=False,
                  disk=None, display="virtio-gpu-pci", memory=256, cores=2, options=()):
         self.folder = tempfile.TemporaryDirectory(prefix="device-")
         self.log = self.folder.name + "/console.log"
@@ -54,11 +54,11 @@ class Device:
         width, height = screen.split("x")
         size = f",xres={width},yres={height}" if display.startswith("virtio-gpu") else ",romfile="
         settings = dict(settings or {})
-        words = [f"screen={screen}", "console=ttyAMA0", "quiet", "panic=-1", "dummy.numdummies=2", *parameters]
+        words = [f"screen={sensor or screen}", "console=ttyAMA0", "quiet", "panic=-1", "dummy.numdummies=2", *parameters]
         plugins = [settings.pop("QT_QPA_GENERIC_PLUGINS", "evdevtouch:/dev/input/touchscreen")]
         if keyboard:
             words.append("keyboard=1")
-            plugins.append("evdevkeyboard:/dev/input/keyboard")
+            plugins += ["evdevkeyboard:/dev/input/keyboard"] * bool(plugins[0])  # else libinput reads it
         if probe:
             words.append("QT_PLUGIN_PATH=/run/emulator/plugins")
             plugins.append("probe:/tmp/probe")
@@ -66,7 +66,7 @@ class Device:
         words += [f"{name}={value}" for name, value in settings.items()]
         # A screen keeps what is on it, as a panel does that nobody watches: no blanking, no cursor of the console.
         words += ["consoleblank=0", "vt.global_cursor_default=0", f"video={screen}"]
-        drive = f"file={disk or image + '/disk.img'},if=none,id=disk,format={'raw' if not disk else 'qcow2'}"
+        drive = f"file={disk or image + '/disk.img'},if=none,id=disk,format=raw"
         command = [
             "qemu-system-aarch64", "-M", "virt", "-cpu", "cortex-a53", "-accel", "tcg,thread=multi", "-smp", str(cores),
             "-m", str(memory), "-nodefaults", "-no-user-config", "-nic", "none", "-no-reboot",
@@ -156,7 +156,7 @@ class Device:
         """Has the runtime start the panel again, with settings of the environment and with the probe."""
         settings = {"QT_PLUGIN_PATH": "/run/emulator/plugins", **settings}
         lines = " ".join(shlex.quote(f"{name}={shlex.quote(value)}") for name, value in settings.items())
-        self.run(f"printf '%s\\n' {lines} >/run/plc/settings; rm -f /run/plc/painted; killall tarnixUI")
+        self.run(f"printf '%s\\n' {lines} >/run/plc/settings; rm -f /run/plc/painted /tmp/probe; killall tarnixUI")
         self.wait_painted()
 
     def picture(self, path):
@@ -203,7 +203,10 @@ class DeviceFinger(Finger):
                 del rest[:2]
                 self.press(*("dot" if sign == "." else sign.lower() for sign in rest.pop(0)))
             elif verb == "key":
-                self.press(rest.pop(0))
+                self.touch(" ".join(steps))
+                steps.clear()
+                self.press({"Return": "ret"}.get(rest[0], rest[0]))
+                rest.pop(0)
             elif verb == "sleep":
                 steps.append(str(round(float(rest.pop(0)) * 1000)))
             else:

@@ -167,7 +167,7 @@ base=$build/device/base-$( (fnPackages && echo "$suite $kind" && sed -n '/^fnPac
 folder=$build/device/image-$( (
     echo "$base"
     cat "$build"/aarch64-release/{src/tarnixUI,keypad/platforminputcontexts/*.so} "$build"/aarch64/{simulator/ovik-simulator,device/agent,tools/plugins/generic/libprobe.so}
-    find . ../tools/device -type f -exec cat {} +
+    find image.sh init.sh root ../tools/device -type f -exec cat {} +
 ) | fnHash)
 if [[ ! -d $folder ]]; then
     if [[ ${DEVICE_IMAGE:-} != inside ]]; then

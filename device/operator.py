@@ -20,11 +20,11 @@ class Operator:
 
     def __init__(self, options):
         image = make_image(*["--eglfs"] * (options.platform == "eglfs"))
-        settings, screen, turn = settings_for(options.platform, options.screen, options.rotate)
+        settings, sensor, turn = settings_for(options.platform, options.screen, options.rotate)
         self.viewer = None
         if options.keyboard:
             settings["QT_IM_MODULE"] = "tarnixui-keypad"
-        self.device = Device(image, screen, settings=settings, keyboard=True, window=options.window)
+        self.device = Device(image, options.screen, sensor, settings, keyboard=True, window=options.window)
         if options.window:
             self.viewer = subprocess.Popen(["vncviewer", "-Shared", self.device.window], stdout=subprocess.DEVNULL,
                                            stderr=subprocess.DEVNULL)

@@ -61,8 +61,9 @@ std::string TouchScreen::path() const
 void TouchScreen::press(int nFinger, int nX, int nY)
 {
     const bool bTouched = m_bDown[0] || m_bDown[1];
-    if (!m_bDown[nFinger] && nX == m_nX[nFinger]) {
-        ++nX; // no finger hits the same place twice, and the kernel drops a coordinate that does not change
+    if (!m_bDown[nFinger]) { // no finger hits the same place twice, and the kernel drops what does not change
+        nX += nX == m_nX[nFinger] ? 1 : 0;
+        nY += nY == m_nY[nFinger] ? 1 : 0;
     }
     m_nX[nFinger] = nX;
     m_nY[nFinger] = nY;

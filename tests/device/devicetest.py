@@ -34,8 +34,8 @@ class DeviceTest(unittest.TestCase):
 
     def boot(self, screen="800x480", platform="linuxfb", rotation=0, settings=None, **options):
         """Boots a device, waits until its panel has painted, and returns it with its operator."""
-        ours, size, turn = settings_for(platform, screen, rotation)
-        device = Device(make_image(*self.IMAGE), size, settings={**ours, **(settings or {})}, **options)
+        ours, sensor, turn = settings_for(platform, screen, rotation)
+        device = Device(make_image(*self.IMAGE), screen, sensor, {**ours, **(settings or {})}, **options)
         self.addCleanup(device.kill)
         device.wait_painted()
         return device, DeviceOperator(device, turn)
