@@ -54,6 +54,7 @@ packaging/install-build-packages.sh --lint
 git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format --dry-run -Werror || fnFound 'clang-format -i mends that'
 fnScripts | xargs -0 shellcheck || status=1
 git ls-files -z '*.py' | xargs -0 flake8 || status=1
+tools/lint-docs.py || status=1
 fnLastLines
 fnIncludes
 [[ ${1:-} != --quick ]] || exit "$status"
