@@ -8,7 +8,7 @@
 # --eglfs  with the drivers that eglfs needs; they make it twice as large
 #
 # Debian's packages are kept in build/device as they were when they were fetched; remove that folder to have newer ones.
-# The same packages and the same programs make the same image, byte by byte.
+# The same packages and programs make the same kernel, initrd and files; the times of inodes on the disk differ.
 set -euo pipefail
 
 fnSay() { printf 'image.sh: %s\n' "$*" >&2; }
