@@ -70,8 +70,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     if (nSize >= 2) {
         const auto oInput = QByteArray(reinterpret_cast<const char*>(pData), static_cast<int>(nSize));
         const QByteArray oCommands = oInput.mid(2) + "\nvobeys\n";
-        outcomeOf(oCommands, oCommands.size(), 1); // makes the rows
-        const QVariantList oAtOnce = outcomeOf(oCommands, oCommands.size(), 1);
+        const auto nAll = static_cast<int>(oCommands.size());
+        outcomeOf(oCommands, nAll, 1); // makes the rows
+        const QVariantList oAtOnce = outcomeOf(oCommands, nAll, 1);
         const QVariantList oInPieces = outcomeOf(oCommands, pData[0] + 1, pData[1] + 1);
         if (oInPieces != oAtOnce) {
             std::cerr << "In pieces the outcome differs "
