@@ -1,7 +1,6 @@
 # How the delivered programs are compiled: hardened as Debian's are (dpkg-buildflags), and without a trace of the folder.
-include(CheckPIESupported)
-check_pie_supported(LANGUAGES CXX)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# Not with CMake's own switch for position-independent programs: its -fPIE lets the link-time optimiser copy Qt's data
+# into the program, which Qt does not bear. Debian's compilers make such programs by themselves, with Qt's -fPIC.
 
 add_compile_options(
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=. -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
