@@ -28,7 +28,7 @@ fnTest() { # PRESET: a display server of another project may miss an event on a 
     ctest --preset "$1" --rerun-failed
 }
 
-# Warnings of other compilers are not errors.
+# Warnings of other compilers are not errors, except in CI.
 warnings=OFF
 [[ -z ${CI:-} ]] || warnings=ON
 

@@ -10,12 +10,6 @@ set -euo pipefail
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/stages.sh"
 
-pictures=
-if [[ ${1:-} == --pictures ]]; then
-    pictures=$2
-    shift 2
-fi
-
 fnFail() {
     echo "emulated.sh: $*" >&2
     fnAsk run 'cat /run/plc/log' >&2 || true

@@ -9,11 +9,6 @@ set -euo pipefail
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/stages.sh"
 
-pictures=
-if [[ ${1:-} == --pictures ]]; then
-    pictures=$2
-    shift 2
-fi
 build=$1
 log=/tmp/tarnixUI.log
 calls=/tmp/ovik-simulator.log

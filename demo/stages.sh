@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# What a tour consists of, whatever it plays on. Who sources it has pictures and QT_IM_MODULE set and defines
+# The steps of a tour, on a simulated or an emulated device. Takes --pictures DIR from the arguments of the script that
+# sources it, which defines
 #
 #   fnWrite LINE        passes the line to the panel; fails when the panel has ended
 #   fnPicture FILE      writes what the screen shows
@@ -7,10 +8,15 @@
 #   fnOnDevice COMMAND  runs a command of one word on the device
 #   fnService MEMBER ARGUMENT...  calls the platform service as another client of it
 stage=0
+pictures=
+if [[ ${1:-} == --pictures ]]; then
+    pictures=$2
+    shift 2
+fi
 
 fnSay() { printf '\n== %s\n' "$*"; }
 
-fnStage() { # NAME TEXT: lets the panel settle and shows what it looks like now
+fnStage() { # NAME TEXT: waits until the panel has settled, and shows it
     sleep 1
     stage=$((stage + 1))
     fnSay "$2"

@@ -14,7 +14,7 @@ from finger import Finger
 
 
 def make_image(*options):
-    """Makes the image if need be, and returns its folder."""
+    """Makes the image if it is missing, and returns its folder."""
     return subprocess.run([HERE + "/image.sh", *options], check=True, stdout=subprocess.PIPE, text=True).stdout.strip()
 
 
@@ -37,7 +37,7 @@ def settings_for(platform, screen, rotation):
 
 
 class Device:
-    """A device that boots with the image's folder. Its disk forgets what was written, unless one of one's own is given.
+    """A device that boots with the image's folder. Its disk forgets what was written, unless DISK is given.
     Settings go to the kernel's command line, and from there to the panel's environment. Every operation fails with
     TimeoutError after PATIENCE seconds."""
     PATIENCE = 120
@@ -64,7 +64,7 @@ class Device:
             plugins.append("probe:/tmp/probe")
         words += ["QT_QPA_GENERIC_PLUGINS=" + ",".join(filter(None, plugins))]
         words += [f"{name}={value}" for name, value in settings.items()]
-        # A screen keeps what is on it, as a panel does that nobody watches: no blanking, no cursor of the console.
+        # The screen keeps its content: no blanking, no cursor of the console.
         words += ["consoleblank=0", "vt.global_cursor_default=0", f"video={screen}"]
         drive = f"file={disk or image + '/disk.img'},if=none,id=disk,format=raw"
         command = [

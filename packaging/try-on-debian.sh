@@ -1,10 +1,10 @@
 #!/bin/bash
 # Tries both commands of the README on a bare Debian: as root in a clone below /tmp, then as a user without sudo in a
-# folder whose name has a blank and a letter beyond ASCII. What is committed is tried.
+# folder whose name has a blank and a letter beyond ASCII. Only what is committed counts.
 #
 #   try-on-debian.sh 12|13
 #
-# Needs root, mmdebstrap, Debian's archive, and 10 GB in TMPDIR or /var/tmp. Nothing of the trial stays on the machine.
+# Needs root, mmdebstrap, Debian's archive, and 10 GB in TMPDIR or /var/tmp; leaves nothing on the machine.
 set -euo pipefail
 
 fnDevices() { # those that every user may use, none that reaches the machine's disks
@@ -29,7 +29,7 @@ zero 1 5'
     ln -s /proc/self/fd/2 dev/stderr
 }
 
-# A program below chroot may not make user namespaces, so the bare system becomes the root of this mount namespace.
+# A program in a chroot cannot create user namespaces, so the bare system becomes the root of this mount namespace.
 fnEnter() { # ROOT COMMAND...
     mount --bind "$1" "$1"
     cd "$1"

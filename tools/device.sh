@@ -1,13 +1,13 @@
 #!/bin/bash
-# Runs a command on a simulated device: network interfaces, the platform's files and tools, and a system bus. Only in
-# the sandbox, with which all of it ends.
+# Runs a command on a simulated device: network interfaces, the platform's files and tools, and a system bus. To be
+# run in the sandbox, with which all of it ends.
 #
 #   device.sh [--interfaces N] [--screen WIDTHxHEIGHT] [--service BUILD_DIR] -- COMMAND [ARGUMENT]...
 #
-# --interfaces  how many there are: eth0, eth1 and so on; 2 if not given, always an even number
+# --interfaces  how many: eth0, eth1 and so on; an even number, 2 if not given
 # --screen      also a virtual X display of that size
-# --service     also the simulated platform service of that build, which logs to /tmp/ovik-simulator.log and lets a
-#               lease come after five seconds
+# --service     also the simulated platform service of that build, which logs to /tmp/ovik-simulator.log and grants a
+#               lease after five seconds
 set -euo pipefail
 
 fnUsage() {

@@ -44,7 +44,7 @@ def code(page):
 
 
 def is_command(word):
-    return word in ELSEWHERE | BUILTINS or os.path.exists(word) or "=" in word or shutil.which(word)
+    return word in ELSEWHERE | BUILTINS or os.path.exists(word) or word.startswith("build/") or "=" in word or shutil.which(word)
 
 
 def dead_words(page, sources):

@@ -1,14 +1,14 @@
 #!/bin/bash
-# Runs a command in mount, network and process namespaces of its own. What it writes to /etc, /usr and /tmp is gone
-# afterwards, it reaches no bus, no network and no settings of the user, it cannot set the clock, and what it starts
-# ends with it. Needs root, or a machine that lets its users make namespaces.
+# Runs a command in mount, network and process namespaces of its own. What it writes to /etc, /usr and /tmp is
+# discarded, it reaches no bus, no network and no settings of the user, it cannot set the clock, and the processes that
+# it starts end with it. Needs root, or a system that lets users create namespaces.
 #
 #   sandbox.sh [--keep DIR]... -- COMMAND [ARGUMENT]...
 #   sandbox.sh --check
 #
 # --keep DIR  keeps what the command writes below DIR, and lets it use sockets there; the project's own folder is always
 #             kept
-# --check     runs nothing; fails with one line if there can be no sandbox
+# --check     runs nothing; fails with one line if the system allows no sandbox
 set -euo pipefail
 
 fnFail() {
@@ -53,7 +53,7 @@ fnOverlay() { # DIR
     mkdir -p "$work/upper" "$work/work"
     chmod --reference="$dir" "$work/upper"
     if [[ ! -O $dir ]]; then
-        # A user namespace may write to nothing of the machine's root, but to what is ours already.
+        # In a user namespace, folders of the machine's root cannot be written to; those in the upper layer can.
         case $dir in
         /etc) cp -r --preserve=mode,links /etc/. "$work/upper" 2>/dev/null || true ;;
         /usr) mkdir -p "$work/upper/share"/{dbus-1/interfaces,man/man1,zoneinfo} ;;
@@ -113,5 +113,5 @@ shift
 fnMounts
 fnEnvironment
 ip link set lo up
-# Not in place of this process: the first one in a namespace cannot die by abort().
+# No exec: abort() does not end the first process of a namespace.
 setpriv --bounding-set=-sys_time,-sys_boot,-sys_module -- "$@"

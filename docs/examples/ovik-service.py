@@ -103,7 +103,7 @@ class Service:
                 raise Refused(f"{interface}.{member} is not provided")
             signature = "".join(argument.signature for argument in invocation.get_method_info().out_args)
             invocation.return_value(GLib.Variant(f"({signature})", (method(*arguments.unpack()),)))
-        except (Refused, KeyError, ValueError) as problem:
+        except (Refused, LookupError, TypeError, ValueError) as problem:
             invocation.return_dbus_error(NAME + ".Error.Refused", str(problem))
 
 

@@ -166,7 +166,6 @@ private slots:
         QTest::qWait(1500);
         m_pApply->click();
         QTRY_COMPARE(g_oLog.size(), 1);
-        QTest::qWait(1000);
         QVERIFY(m_pBusyMark->isVisible());
         m_pDialog.reset();
         QTRY_COMPARE(g_oLog.size(), 2);

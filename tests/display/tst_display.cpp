@@ -97,8 +97,8 @@ private slots:
         QCOMPARE(oPanel.quit(), 0);
     }
 
-    void
-    hidesOverlayForGoodOnEglfs() // in a window of X, which brings it no fingers, and keeps it from its end
+    // In a window of X, where eglfs gets no touches and cannot end.
+    void hidesOverlayForGoodOnEglfs()
     {
         const VirtualDisplay oDisplay(s_oScreen);
         m_pDisplay = &oDisplay;
@@ -111,8 +111,8 @@ private slots:
         oPanel.send("w1\n");
         QVERIFY(isSeen("winkHorWidget"));
         oPanel.send("w0\n");
-        QVERIFY(waitForTick() && waitForTick()); // the overlay's own timer has run
-        oPanel.send("dQX 500/601\n");            // paints the panel again
+        QVERIFY(oPanel.waitForTicks()); // the overlay's own timer has run
+        oPanel.send("dQX 500/601\n");   // paints the panel again
         QCOMPARE(oPanel.waitForText("deviceTypeForm_Label", "QX 500/601"), QString("QX 500/601"));
         QVERIFY(isSeen("MorvaWidget"));
     }
@@ -145,12 +145,6 @@ private:
         }
         m_pPanel->send("n1\nv1.3\n");
         QCOMPARE(m_pPanel->waitForText("targetVersionForm_Label", "1.3"), QString("1.3"));
-    }
-
-    bool waitForTick()
-    {
-        const QString strBefore = m_pPanel->widget("systemTimeForm_Label").text();
-        return QTest::qWaitFor([&] { return m_pPanel->widget("systemTimeForm_Label").text() != strBefore; });
     }
 
     // Below the overlay, closed by a tap beside it or by Escape.

@@ -134,6 +134,15 @@ QStringList PanelProcess::namelessTexts()
     return oTexts;
 }
 
+bool PanelProcess::waitForTicks()
+{
+    const auto fnTime = [this] { return widget("systemTimeForm_Label").text(); };
+    const auto fnTicks = [&] {
+        return QTest::qWaitFor([&, strBefore = fnTime()] { return fnTime() != strBefore; });
+    };
+    return fnTicks() && fnTicks();
+}
+
 QString PanelProcess::waitForText(const QString& strName, const QString& strText)
 {
     QString strShown;

@@ -70,6 +70,9 @@ public:
     QImage picture(const QString& strName);
     /** Returns the texts of the visible labels that have no name: extra applications, interfaces. */
     QStringList namelessTexts();
+    /** Waits until the panel's clock has ticked twice, which takes 1 to 2 s; returns false if it stands
+     * still. */
+    bool waitForTicks();
     /** Waits up to 10 s for the named label or field to show the text; returns what it shows at last. */
     QString waitForText(const QString& strName, const QString& strText);
 
