@@ -43,7 +43,7 @@ class Commands:
     def line(self):
         """Returns a command."""
         self.lines += 1
-        kind = self.dice.choices("dvasnwjl", (2, 2, 5, 5, 2, 0.3, 2, 0.5))[0]
+        kind = self.dice.choices("dvasnw?!", (2, 2, 5, 5, 2, 0.3, 2, 0.5))[0]
         if kind in "dv":
             return self.field(kind)
         if kind in "as":
@@ -51,7 +51,7 @@ class Commands:
             return self.row(kind, index) if index else self.field(kind + "000")
         if kind == "n":
             return self.number(self.dice.randint(1, ROWS))
-        if kind == "l":
+        if kind == "!":
             prefix = self.dice.choice(list(FIELDS))
             self.fields[prefix] = None
             return prefix.encode() + self.dice.choice(DIRT)
