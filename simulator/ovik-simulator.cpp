@@ -52,7 +52,7 @@ int fail(const char* szReason)
 
 int main(int argc, char* argv[])
 {
-    // Go on when nobody reads the output any more.
+    // Continue when the output is no longer read.
     std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication oApplication(argc, argv);
     QCommandLineParser oParser;

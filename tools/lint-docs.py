@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks for what the documents name and nobody has: links, paths, commands, options, presets, functions.
+"""Reports what the documents name and does not exist: links, paths, commands, options, presets, functions.
 
     lint-docs.py          in all documents of the project
     lint-docs.py FOLDER   links alone, in an installed folder of documents

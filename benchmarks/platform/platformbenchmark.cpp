@@ -51,7 +51,7 @@ int timeFirstInit()
     return 0;
 }
 
-/** Measures the first Init() of new processes without any bus: the one that people wait for. Returns whether
+/** Measures the first Init() of new processes without any bus, which delays a start. Returns whether
  * it could be measured, as all these functions do. */
 bool measureFailingInit()
 {

@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
-// What Qt's own tests send a program through, in place of a window system.
+// Through these Qt's own tests send events to a program, in place of a window system.
 extern Q_GUI_EXPORT void qt_handleMouseEvent(QWindow*, const QPointF& oLocal, const QPointF& oGlobal,
                                              Qt::MouseButtons, Qt::MouseButton, QEvent::Type,
                                              Qt::KeyboardModifiers, int nTimestamp);
@@ -45,7 +45,7 @@ QWidget* find(const QString& strName)
  * Reads orders of three words, ACTION ARGUMENT TARGET, from the descriptor it is given and answers each with
  * a line of the monotonic time in nanoseconds before and after: when TARGET has been painted and sent to the
  * display, or when the action has returned, if TARGET is "-". TARGET is an object name, a class, or NAME=TEXT
- * for a widget that shows the text. The first answer, to no order, is that to the first paint.
+ * for a widget that shows the text. The first answer, without an order, is for the first paint.
  *
  *     await - TARGET     only wait
  *     press NAME TARGET  a finger comes down on the middle of the widget, or on the right end of NAME@

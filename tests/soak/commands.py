@@ -15,7 +15,7 @@ class Commands:
     def __init__(self, dice):
         self.dice = dice
         self.count = self.made = self.shown = self.lines = 0
-        self.fields = dict.fromkeys(FIELDS)  # None: nobody knows what it shows
+        self.fields = dict.fromkeys(FIELDS)  # None: what it shows is unknown
         self.rows = {}
         self.missing = []  # indices of rows that are not there, which the panel logs
 

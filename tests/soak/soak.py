@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the panel on a simulated device for a long time: everything that can happen to it happens at random, its time
-passes ten times as fast, and what it shows, logs and holds is checked. The end is a table; the exit status is 0 if all
-is well, 1 if not, 2 if the call is wrong. Nothing reaches the machine: see tools/sandbox.sh.
+passes ten times as fast, and what it shows, logs and holds is checked. Prints a table; the exit status is 0 if all is
+well, 1 if not, 2 for wrong arguments. Nothing reaches the machine: see tools/sandbox.sh.
 """
 import argparse
 import collections

@@ -5,8 +5,7 @@ bool SimulatorProcess::start(const PrivateBus& oBus, const QStringList& oArgumen
     kill();
     waitForFinished();
     QDBusConnection::disconnectFromBus("steering");
-    setProcessChannelMode(
-        ForwardedErrorChannel); // its complaints about what it is asked stand beside a failure
+    setProcessChannelMode(ForwardedErrorChannel); // shows its complaints beside a failure of the test
     if (startAndReadLine(OVIK_SIMULATOR, QStringList{"--address", oBus.address()} + oArguments) != "ready") {
         return false;
     }
