@@ -2,26 +2,32 @@
 # Installs what is needed, builds everything and passes the tests: with GCC and Qt 5 and 6, with Clang under the
 # sanitizers, and of the Debian packages.
 #
-#   test.sh [--aarch64]
+#   test.sh [--aarch64|--device]
 #
 # --aarch64  builds for the device's processor instead and passes the tests in an emulator
+# --device   builds the packages for the device instead and passes the tests on an emulated device
 set -euo pipefail
 cd "$(dirname "$0")"
 
+chosen=(-LE device)
 case ${1:-} in
 '') presets=(dev dev-qt6 asan release release-qt6) ;;
 --aarch64) presets=(aarch64 aarch64-release) ;;
+--device)
+    presets=(aarch64-release)
+    chosen=(-L device)
+    ;;
 *)
-    sed -n '2,7s/^# \?//p' "$0" >&2
+    sed -n '2,8s/^# \?//p' "$0" >&2
     exit 2
     ;;
 esac
 tools/sandbox.sh --check
-packaging/install-build-packages.sh "$@"
+packaging/install-build-packages.sh ${1:+--aarch64}
 
 fnTest() { # PRESET: a display server of another project may miss an event on a busy machine
     local others
-    ! ctest --preset "$1" -j2 || return 0
+    ! ctest --preset "$1" -j2 "${chosen[@]}" || return 0
     others=$(ctest --preset "$1" --rerun-failed -LE display -N | sed -n 's/^Total Tests: //p')
     [[ $others == 0 ]] || return 1
     echo 'test.sh: only tests on display servers of other projects failed; they get a second try'
