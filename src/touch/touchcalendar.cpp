@@ -1,5 +1,6 @@
 #include "touch/touchcalendar.h"
 
+#include "window/popuphider.h"
 #include "window/visiblescreen.h"
 
 #include <QBoxLayout>
@@ -144,6 +145,7 @@ QPushButton* TouchCalendar::makeButton(const char* szName, int nAngle, const cha
 void TouchCalendar::showEvent(QShowEvent* pEvent)
 {
     QCalendarWidget::showEvent(pEvent);
+    PopupHider::attachTo(window());
     int nWidest = 0;
     for (int nDay = Qt::Monday; nDay <= Qt::Sunday; ++nDay) {
         const QString strName = locale().dayName(nDay, QLocale::ShortFormat);

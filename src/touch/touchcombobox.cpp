@@ -1,6 +1,7 @@
 #include "touch/touchcombobox.h"
 
 #include "touch/touchlist.h"
+#include "window/popuphider.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -14,6 +15,7 @@ void TouchComboBox::attachTo(QComboBox* pComboBox)
 TouchComboBox::TouchComboBox(QComboBox* pComboBox) : QObject(pComboBox), m_pComboBox(pComboBox)
 {
     TouchList::attachTo(pComboBox->view());
+    PopupHider::attachTo(pComboBox->view()->window());
     pComboBox->installEventFilter(this);
 }
 
