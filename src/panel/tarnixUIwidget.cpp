@@ -158,7 +158,7 @@ void TarnixUI::setDeviceType(const QString& strText)
     showText(ui->deviceTypeForm_Label, strText);
 }
 
-void TarnixUI::setIdentNo(const QString&) // Kept, see docs/compatibility.md
+void TarnixUI::setIdentNo(const QString& /*strIdentNo*/) // Kept, see docs/compatibility.md
 {
     ui->identNoForm_Label->setText(QString());
 }
