@@ -146,7 +146,7 @@ def check_session():
     runtime.stdin.write(b"w1\n")
     finger.find("lbl_IP", "10.1.2.3")
     finger.find("lbl_DeviceName", "500/600")
-    subprocess.run(["sh", "-ec", EXAMPLES["ask-service.sh"]], check=True, capture_output=True)
+    subprocess.run(["bash", "-ec", EXAMPLES["ask-service.sh"]], check=True, capture_output=True)
     end(runtime, service)
     check_members({member for member, _ in calls()})
 
@@ -269,6 +269,7 @@ def main():
         simulated.check_greetings()
         simulated.check_quits()
         return
+    os.makedirs("/usr/share/dbus-1/interfaces", exist_ok=True)
     shutil.copy(XML, "/usr/share/dbus-1/interfaces")
     os.symlink(BUILD + "/src/tarnixUI", "/usr/bin/tarnixUI")
     start_bus()
