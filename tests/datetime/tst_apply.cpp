@@ -55,9 +55,10 @@ const std::tuple<const char*, const char*, const char*, const char*> s_aSituatio
     {"", "clock", "well", ""},
     {"", "NTP", "well", ""},
     {"", "network", "well", ""},
-    {"mount -o remount,ro /etc", "zone", "well", "setTimeZone failed: /etc/timezone does not name \"UTC\""},
-    {"mount -o remount,ro /etc", "NTP", "well", "File missing:  /etc/kadconfig-ntp.conf"},
-    {"echo stale >/etc/kadconfig-ntp.conf; mount -o remount,ro /etc", "NTP", "well",
+    {"mount -o remount,bind,ro /etc", "zone", "well",
+     "setTimeZone failed: /etc/timezone does not name \"UTC\""},
+    {"mount -o remount,bind,ro /etc", "NTP", "well", "File missing:  /etc/kadconfig-ntp.conf"},
+    {"echo stale >/etc/kadconfig-ntp.conf; mount -o remount,bind,ro /etc", "NTP", "well",
      "saveNTPSettings failed: /etc/ntp.conf stays as it is: Read-only file system"},
     {"rm /usr/share/zoneinfo/posix/UTC", "zone", "well",
      "setTimeZone failed: /etc/localtime leads to no readable file for \"UTC\""},
@@ -149,8 +150,9 @@ private slots:
         QVERIFY(runInShell("test $(stat -Lc %a /etc/ntp.conf) -ge 644 -a ! -e /etc/ntp.conf.*"));
         m_pDialog.reset();
         setWorld("well");
-        runInShell("! mountpoint -q /etc || mount -o remount,rw /etc; ! mount | grep -q 'tmpfs on /etc ' || "
-                   "umount /etc; umount -q /etc/localtime");
+        runInShell(
+            "! mountpoint -q /etc || mount -o remount,bind,rw /etc; ! mount | grep -q 'tmpfs on /etc ' || "
+            "umount /etc; umount -q /etc/localtime");
         QCOMPARE(strLog, szLog);
         QCOMPARE(bTick, !*szLog);
         QCOMPARE(bReplaced,
