@@ -36,7 +36,8 @@ ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     TouchList::attachTo(m_pList);
     connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), this, SLOT(find(QString)));
     connect(m_pList, SIGNAL(clicked(QModelIndex)), this, SLOT(choose(QModelIndex)));
-    connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()));
+    connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()),
+            Qt::QueuedConnection); // after the dialog, which on Wayland moves inside its window
     pComboBox->installEventFilter(this);
     pComboBox->lineEdit()->installEventFilter(this);
     pComboBox->window()->installEventFilter(this);

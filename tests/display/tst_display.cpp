@@ -58,9 +58,9 @@ private slots:
         m_pPanel = &oPanel;
         ChildProcess oSession;
         const bool bViewer = platform.startsWith("vnc"); // connects to the panel
-        QVERIFY(bViewer || startSession(oSession));
+        QVERIFY(bViewer || startSession(oSession, QTest::currentDataTag()));
         QVERIFY(oPanel.start());
-        QVERIFY(!bViewer || startSession(oSession));
+        QVERIFY(!bViewer || startSession(oSession, QTest::currentDataTag()));
         QVERIFY(isSeen("MorvaWidget"));
         checkLook();
         QVERIFY(!QTest::currentTestFailed());
@@ -97,6 +97,36 @@ private slots:
         QCOMPARE(oPanel.quit(), 0);
     }
 
+    // When the keypad goes, the dialog moves.
+    void listStaysBelowItsField()
+    {
+        if (!QFile::exists(KEYPAD_PATH "/platforminputcontexts")) {
+            QSKIP("built without the keypad");
+        }
+        const VirtualDisplay oDisplay(s_oScreen);
+        m_pDisplay = &oDisplay;
+        qputenv("DISPLAY", oDisplay.name().toUtf8());
+        ChildProcess oSession;
+        QVERIFY(startSession(oSession, "weston-kiosk"));
+        PanelProcess oPanel(oDisplay.name(),
+                            "export QT_QPA_PLATFORM=wayland WAYLAND_DISPLAY=wayland-0 "
+                            "QT_IM_MODULE=tarnixui-keypad QT_PLUGIN_PATH=$QT_PLUGIN_PATH:" KEYPAD_PATH
+                            "\nexec " PANEL_PROGRAM);
+        m_pPanel = &oPanel;
+        QVERIFY(oPanel.start() && isSeen("MorvaWidget"));
+        tap("systemTimeForm_Label");
+        QVERIFY(isSeen("DateTimeDialog"));
+        const QRect oField = oPanel.widget("timezone_ComboBox").rect();
+        tap("timezone_ComboBox");
+        QTRY_VERIFY(oPanel.widget("timezone_ComboBox").rect() != oField); // above the keypad
+        QVERIFY(oDisplay.pointer("type europe"));
+        QVERIFY(oPanel.waitForVisible("choices"));
+        QVERIFY(oDisplay.tap({1000, 750})); // OK
+        QTRY_COMPARE(oPanel.widget("timezone_ComboBox").rect(), oField);
+        QTRY_COMPARE(oPanel.widget("choices").rect().topLeft(), oField.bottomLeft() + QPoint(0, 1));
+        QVERIFY(isSeen("choices"));
+    }
+
     // In a window of X, where eglfs gets no touches and cannot end.
     void hidesOverlayForGoodOnEglfs()
     {
@@ -118,9 +148,9 @@ private slots:
     }
 
 private:
-    static bool startSession(ChildProcess& oSession)
+    static bool startSession(ChildProcess& oSession, const QString& strName)
     {
-        return oSession.startAndReadLine(SESSION, {QTest::currentDataTag()}) == "ready";
+        return oSession.startAndReadLine(SESSION, {strName}) == "ready";
     }
 
     // With both scroll bars the panel looks the same on every display.
