@@ -40,6 +40,7 @@ OverlayWindow::OverlayWindow(QWidget* pWidget) : QObject(pWidget), m_pWidget(pWi
     pWidget->winId();
     pWidget->windowHandle()->setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput);
     pWidget->windowHandle()->installEventFilter(this);
+    pWidget->installEventFilter(this);
     connect(qApp, SIGNAL(focusWindowChanged(QWindow*)), this, SLOT(restack()));
 }
 
@@ -88,23 +89,60 @@ bool OverlayWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseMove:
-        return passOn(*static_cast<QMouseEvent*>(pEvent));
+        return pWatched == m_pWidget ? returnToBelow(*static_cast<QMouseEvent*>(pEvent))
+                                     : passOn(*static_cast<QMouseEvent*>(pEvent));
     default:
         return QObject::eventFilter(pWatched, pEvent);
     }
 }
 
-// Only X delivers no pointer events to a window that is transparent for input.
-bool OverlayWindow::passOn(const QMouseEvent& oEvent) const
+// Returns what a finger would touch there if the overlay were away: an on-screen keyboard, a list found while
+// typing, or else the topmost window.
+QWindow* OverlayWindow::windowBelow(const QPoint& oGlobal) const
 {
-    QWindow* pBelow = m_pWidget->windowHandle()->transientParent();
-    if (!pBelow) {
+    const QWindow* pOverlay = m_pWidget->windowHandle();
+    const QWindowList oWindows = QGuiApplication::topLevelWindows();
+    for (QWindow* pWindow : oWindows) {
+        if (pWindow != pOverlay && pWindow->type() == Qt::ToolTip && pWindow->isVisible() &&
+            pWindow->geometry().contains(oGlobal)) {
+            return pWindow;
+        }
+    }
+    return pOverlay->transientParent();
+}
+
+// Only X delivers no pointer events to a window that is transparent for input.
+bool OverlayWindow::passOn(const QMouseEvent& oEvent)
+{
+    const QPoint oGlobal = globalPosition(oEvent);
+    if (oEvent.buttons() == oEvent.button()) { // a press, which what follows belongs to, or no button is down
+        m_pBelow = windowBelow(oGlobal);
+    }
+    if (!m_pBelow) {
         return false;
     }
-    const QPoint oGlobal = globalPosition(oEvent);
-    const QPoint oPosition = pBelow->mapFromGlobal(oGlobal);
+    const QPoint oPosition = m_pBelow->mapFromGlobal(oGlobal);
     QMouseEvent oPassed(oEvent.type(), oPosition, oPosition, oGlobal, oEvent.button(), oEvent.buttons(),
                         oEvent.modifiers(), oEvent.source());
-    QCoreApplication::sendEvent(pBelow, &oPassed);
+    QCoreApplication::sendEvent(m_pBelow, &oPassed);
+    return true;
+}
+
+// A scroller below keeps each press for a while and then sends it to the uppermost widget there, with the
+// release: that is the overlay where the platform does not know what is transparent for input.
+bool OverlayWindow::returnToBelow(const QMouseEvent& oEvent)
+{
+    const QPoint oGlobal = globalPosition(oEvent);
+    if (oEvent.type() == QEvent::MouseButtonPress) {
+        const QWindow* pBelow = windowBelow(oGlobal);
+        const QWidget* pWindow = pBelow ? QWidget::find(pBelow->winId()) : nullptr;
+        m_pPressed = pWindow ? pWindow->childAt(pWindow->mapFromGlobal(oGlobal)) : nullptr;
+    }
+    if (m_pPressed) {
+        QMouseEvent oPassed(oEvent.type(), m_pPressed->mapFromGlobal(oGlobal),
+                            m_pPressed->window()->mapFromGlobal(oGlobal), oGlobal, oEvent.button(),
+                            oEvent.buttons(), oEvent.modifiers(), oEvent.source());
+        QCoreApplication::sendEvent(m_pPressed, &oPassed);
+    }
     return true;
 }

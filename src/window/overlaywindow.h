@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QMouseEvent;
 class QWidget;
@@ -21,7 +22,7 @@ public:
     /** Shows the widget on top, or brings it back there. An open list stays open. */
     void show();
 
-    /** Passes pointer events on to the window below; see QObject::eventFilter. */
+    /** Passes pointer events on to what is below; see QObject::eventFilter. */
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 public slots:
@@ -33,7 +34,11 @@ private slots:
 
 private:
     void putAbove(QWindow* pBelow);
-    bool passOn(const QMouseEvent& oEvent) const;
+    QWindow* windowBelow(const QPoint& oGlobal) const;
+    bool passOn(const QMouseEvent& oEvent);
+    bool returnToBelow(const QMouseEvent& oEvent);
 
     QWidget* m_pWidget;
+    QPointer<QWindow> m_pBelow;   // gets what reaches the overlay
+    QPointer<QWidget> m_pPressed; // a widget of a scroller's, which sent the press
 };

@@ -71,28 +71,41 @@ class Screen(DeviceTest):
         self.operator.find("=eth1")
 
     def show_keypad(self):
-        self.show_dialog()
-        self.operator.tap("ipAddress_LineEdit")
+        self.operator.tap("systemDateForm_Label")
+        self.operator.find("timezone_ComboBox", "Europe/Rome")
+        self.operator.tap("timezone_ComboBox")
+        self.device.wait(lambda: self.operator.look("DateTimeDialog")["rect"][1] < 10, "makes no room for the keypad")
 
     def show_calendar(self):
         self.operator.tap("systemDateForm_Label")
         self.operator.open("currentDate_DateEdit")
         self.operator.find("nextMonth")
 
-    def test_overlay_lies_above_all_and_goes_for_good(self):
-        for show in (self.show_panel, self.show_dialog, self.show_list, self.show_keypad, self.show_calendar):
+    def test_overlay_lies_above_all_lets_taps_through_and_goes_for_good(self):
+        device, look = self.device, self.operator.look
+        for show, target, effect in (
+                (self.show_panel, "=255.255.255.0", lambda: look("NetworkSettingsDialog")),
+                (self.show_dialog, "ipAddress_LineEdit", lambda: look("NetworkSettingsDialog")["rect"][1] < 10),
+                (self.show_list, "=eth0", lambda: look("interfaceList_comboBox", "eth0")),
+                (self.show_keypad, None, lambda: not look("timezone_ComboBox", "Europe/Rome")),
+                (self.show_calendar, "=17", lambda: look("qt_spinbox_lineedit")["text"].startswith("17/"))):
             with self.subTest(show.__name__):
                 self.restart()
                 show()
-                self.device.send("w1")
-                overlay = self.operator.find("winkHorWidget")["rect"]
-                self.device.wait(lambda: self.pixels(self.device, overlay) == self.grab("winkHorWidget"), "covered")
-                self.device.send("w0")
-                self.device.wait(lambda: not self.operator.look("winkHorWidget"), "w0")
-                below = self.settled(self.device, overlay)
-                self.device.send("n2")  # paints
-                self.device.run("sleep 2.5")  # the hand would have blinked
-                self.assertEqual(self.pixels(self.device, overlay), below)
+                device.send("w1")
+                overlay = x, y, width, height = self.operator.find("winkHorWidget")["rect"]
+                device.wait(lambda: self.pixels(device, overlay) == self.grab("winkHorWidget"), "covered")
+                place = self.operator.reach(target) if target else (x + width // 2, y + height - 10)
+                self.assertTrue(x < place[0] < x + width and y < place[1] < y + height, place)
+                self.operator.tap_at(*place)
+                device.wait(effect, "does not reach what is below")
+                device.wait(lambda: self.pixels(device, overlay) == self.grab("winkHorWidget"), "covered after a tap")
+                device.send("w0")
+                device.wait(lambda: not look("winkHorWidget"), "w0")
+                below = self.settled(device, overlay)
+                device.send("n2")  # paints
+                device.run("sleep 2.5")  # the hand would have blinked
+                self.assertEqual(self.pixels(device, overlay), below)
 
     def test_second_finger_does_no_harm(self):
         self.restart()
