@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QScreen>
 #include <QTest>
@@ -84,8 +85,11 @@ private slots:
 
         tap(rightOf(pAddress));
         QTRY_VERIFY(pInputMethod->isVisible());
+        QElapsedTimer oHeld;
+        oHeld.start();
         press(placeOf(key::s_cDelete, eKeyPage_Numbers));
         QTRY_COMPARE(pAddress->text(), QString());
+        QVERIFY2(oHeld.elapsed() > 1000, "deletes faster than a finger can be lifted");
         point("mouseup 1");
         type(eKeyPage_Numbers, "10.0.0.77");
         QTRY_COMPARE(pAddress->text(), QString("10.0.0.77"));

@@ -5,7 +5,6 @@
 
 With "still" it plays on a panel that has too few rows to scroll.
 """
-import datetime
 import json
 import os
 import signal
@@ -160,18 +159,19 @@ class Operator(Finger):
         return self.find("currentDate_DateEdit")["text"]
 
     def set_date(self):
-        day, month, year = map(int, self.date()[:10].split("/"))
+        _, month, year = map(int, self.date()[:10].split("/"))
         self.open("currentDate_DateEdit")
         parts = [self.find(name)["rect"] for name in ("calendarBar", "qt_calendar_calendarview")]
         spans = [(min(rect[i] for rect in parts), max(rect[i] + rect[i + 2] for rect in parts)) for i in (0, 1)]
         filled = sum(width * height for _, _, width, height in parts)
         assert filled == (spans[0][1] - spans[0][0]) * (spans[1][1] - spans[1][0]), \
             f"there is more in the calendar than buttons and days, {parts}"
-        self.tap("previousYear")
+        self.hold("previousYear", 1.5)
         self.tap("nextMonth")
         self.choose("15")
-        expected = datetime.date(year - 1 + month // 12, month % 12 + 1, 15)
-        wait(lambda: self.date().startswith(expected.strftime("%d/%m/%Y")), f"no {expected}")
+        wait(lambda: self.date().startswith(f"15/{month % 12 + 1:02}"), "not the 15th of the next month")
+        years = year + month // 12 - int(self.date()[6:10])
+        assert 2 < years < 10, f"a button held for 1.5 s goes back by {years} years"
 
     def set_time(self):
         """Taps each part of the time, whose place follows from the width of digits, and steps it."""
