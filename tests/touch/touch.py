@@ -57,9 +57,9 @@ class Operator(Finger):
         self.send(f"n{count}")
         wait(lambda: self.rect("scrollAreaWidgetContents") != before, "no rows come or go")
 
-    def drag_by(self, x, y, across, down):
-        """Drags without a rest before the release: a fling."""
-        words = ["mousemove", str(x), str(y), "mousedown", "1"]
+    def drag_by(self, x, y, across, down, rest=0):
+        """Drags after a rest, with none before the release: a fling."""
+        words = ["mousemove", str(x), str(y), "mousedown", "1", "sleep", str(rest)]
         for step in range(1, 7):
             words += ["mousemove", str(x + across * step // 6), str(y + down * step // 6), "sleep", "0.01"]
         self.pointer(*words, "mouseup", "1")
@@ -144,7 +144,8 @@ class Operator(Finger):
         self.open("timezone_ComboBox")
         wait(self.is_list_open, "no list of zones")
         left, top, width, height = self.area()["rect"]
-        self.drag_by(left + width // 3, top + height * 2 // 3, 0, -height // 2)
+        for across, down, rest in ((width // 3, 0, 0.5), (0, -height // 2, 0)):  # the first marks, and scrolls nothing
+            self.drag_by(left + width // 3, top + height * 2 // 3, across, down, rest)
         self.key("Return")  # chooses what is marked
         wait(lambda: not self.is_list_open(), "the list does not close")
         self.find("timezone_ComboBox", zone)
