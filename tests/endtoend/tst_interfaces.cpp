@@ -2,6 +2,7 @@
 #include "support/privatebus.h"
 #include "support/simulatorprocess.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 #include <fcntl.h>
 #include <linux/if_tun.h>
@@ -61,6 +62,8 @@ private slots:
             {"errors", "", fnRows(strEth0, strEth1)}};
         SimulatorProcess oService;
         QVERIFY(oService.start(oBus) && oService.setDocument(s_strDocument));
+        QElapsedTimer oWatched;
+        oWatched.start();
         for (const auto& [szWorld, szArgument, strShown] : aRefreshes) {
             QVERIFY(SimulatorProcess::succeeds(oService.steering().SetWorld(szWorld, szArgument)));
             // Each refresh asks for each interface once.
@@ -68,6 +71,7 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(oService.calls().size(), nCalls + 2, 20000);
             QTRY_COMPARE(fnShown(), strShown);
         }
+        QVERIFY(oWatched.elapsed() > 28000); // 10 s lie between two of them
     }
 };
 
