@@ -38,12 +38,12 @@ def settings_for(platform, screen, rotation):
 
 class Device:
     """A device that boots with the image's folder. Its disk forgets what was written, unless DISK is given.
-    Settings go to the kernel's command line, and from there to the panel's environment. Every operation fails with
-    TimeoutError after PATIENCE seconds."""
+    Settings go to the kernel's command line, and from there to the panel's environment. With ICOUNT, which QEMU's option
+    of this name takes, the device's clock counts instructions. Every operation fails with TimeoutError after PATIENCE seconds."""
     PATIENCE = 120
 
     def __init__(self, image, screen="800x480", sensor=None, settings=None, parameters=(), probe=True, keyboard=False, window=False,
-                 disk=None, display="virtio-gpu-pci", memory=256, cores=2, options=()):
+                 icount=None, disk=None, display="virtio-gpu-pci", memory=256, cores=2, options=()):
         self.folder = tempfile.TemporaryDirectory(prefix="device-")
         self.log = self.folder.name + "/console.log"
         ours, theirs = zip(*(socket.socketpair() for _ in range(2)))
@@ -67,8 +67,9 @@ class Device:
         # The screen keeps its content: no blanking, no cursor of the console.
         words += ["consoleblank=0", "vt.global_cursor_default=0", f"video={screen}"]
         drive = f"file={disk or image + '/disk.img'},if=none,id=disk,format=raw"
+        clock = ["-accel", "tcg,thread=single", "-icount", icount] if icount else ["-accel", "tcg,thread=multi"]
         command = [
-            "qemu-system-aarch64", "-M", "virt", "-cpu", "cortex-a53", "-accel", "tcg,thread=multi", "-smp", str(cores),
+            "qemu-system-aarch64", "-M", "virt", "-cpu", "cortex-a53", *clock, "-smp", str(cores),
             "-m", str(memory), "-nodefaults", "-no-user-config", "-nic", "none", "-no-reboot",
             "-kernel", image + "/kernel", "-initrd", image + "/initrd", "-append", " ".join(words),
             "-drive", drive + ("" if disk else ",snapshot=on"), "-device", "virtio-blk-pci,drive=disk",

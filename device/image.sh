@@ -2,10 +2,11 @@
 # Makes the image of the emulated device from what has been built and from Debian's packages for arm64, and prints its
 # folder: kernel, initrd, disk.img. Does nothing if it is there already.
 #
-#   image.sh [--build | --eglfs]
+#   image.sh [--build | --eglfs | --benchmark]
 #
-# --build  builds what goes into it before
-# --eglfs  with the drivers that eglfs needs; they make it twice as large
+# --build      builds what goes into it before
+# --eglfs      with the drivers that eglfs needs; they make it twice as large
+# --benchmark  with the benchmarks that preset aarch64-benchmark has built, and what they need
 #
 # Debian's packages are kept in build/device as they were when they were fetched; remove that folder to have newer ones.
 # The same packages and programs make the same kernel, initrd and files; the times of inodes on the disk differ.
@@ -19,7 +20,8 @@ fnHash() { sha256sum | cut -c 1-16; }
 fnPackages() {
     dpkg-deb -f "$build"/aarch64-release/tarnixui_*_arm64.deb Depends | sed 's/ *([^)]*)//g; s/ *|[^,]*//g; s/, */\n/g'
     printf '%s\n' bash busybox-static dbus-bin dbus-daemon dbus-system-bus-common fontconfig-config fonts-liberation libqt5xml5 tzdata udev
-    [[ $kind == plain ]] || printf '%s\n' libegl-mesa0 libgbm1 libgl1-mesa-dri
+    [[ $kind != benchmark ]] || echo python3
+    [[ $kind != eglfs ]] || printf '%s\n' libegl-mesa0 libgbm1 libgl1-mesa-dri
 }
 
 fnBuild() {
@@ -69,7 +71,7 @@ fnFinish() { # ROOT
     (cd "$root"
     rm -rf usr/share/{doc,man,locale,info,bug,lintian,perl5,X11/locale} usr/lib/aarch64-linux-gnu/{perl*,gconv} \
         boot etc/{hostname,resolv.conf} var/{cache,log,lib/{apt,dpkg}}
-    [[ $kind != plain ]] || rm -rf usr/lib/aarch64-linux-gnu/{dri,libLLVM*,libgallium*,libz3.so*,libvulkan*})
+    [[ $kind == eglfs ]] || rm -rf usr/lib/aarch64-linux-gnu/{dri,libLLVM*,libgallium*,libz3.so*,libvulkan*})
     mkdir -p "$root"/{dev,proc,sys,run,tmp,root,var/log} "$root/etc/fonts/conf.d"
     for file in "$root"/usr/share/fontconfig/conf.avail/{10-hinting-slight,10-scale*,11-*,20-*,30-*,40-non*,45-*,49-*,51-*,60-*,65-*,69-*,80-*,90-*}.conf; do
         [[ ! -e $file ]] || ln -sf "/usr/share/fontconfig/conf.avail/${file##*/}" "$root/etc/fonts/conf.d"
@@ -97,6 +99,10 @@ fnBase() { # DIR: Debian's part
     fnFinish "$1/root"
 }
 
+fnStrip() { # PROGRAM DESTINATION
+    install -D -s --strip-program=aarch64-linux-gnu-strip "$build/$1" "$2"
+}
+
 fnDisk() { # BASE DIR
     local root=$2/root
     fnSay 'puts the device together'
@@ -106,10 +112,20 @@ fnDisk() { # BASE DIR
     done
     rm -rf "$root/usr/share/"{doc,man}
     cp -r --remove-destination root/. "$root"
-    install -s --strip-program=aarch64-linux-gnu-strip "$build/aarch64/simulator/ovik-simulator" "$root/usr/bin"
+    fnStrip aarch64/simulator/ovik-simulator "$root/usr/bin/ovik-simulator"
+    [[ $kind != benchmark ]] || fnBenchmarks "$root"
     ../tools/device/install.sh "$root"
     find "$root" -newermt "@$SOURCE_DATE_EPOCH" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
     mke2fs -qF -t ext4 -d "$root" -U "$uuid" -E "hash_seed=$uuid,root_owner=0:0" -b 4096 "$2/disk.img" "${size[$kind]}"
+}
+
+fnBenchmarks() { # ROOT
+    local file
+    for file in "${benchmarks[@]}"; do
+        fnStrip "aarch64-benchmark/$file" "$1/usr/lib/benchmark/$file"
+    done
+    mv "$1/usr/lib/benchmark/simulator/ovik-simulator" "$1/usr/bin" # optimised, too
+    cp ../benchmarks/touch/*.py "$1/usr/lib/benchmark"
 }
 
 fnInitrd() { # BASE DIR
@@ -118,8 +134,8 @@ fnInitrd() { # BASE DIR
     cp -r "$1/modules/lib" "$1/modules.list" "$root"
     cp "$1/root/usr/bin/busybox" "$root/bin"
     install -m 755 init.sh "$root/init"
-    install -s --strip-program=aarch64-linux-gnu-strip "$build/aarch64/device/agent" "$root/emulator"
-    install -s --strip-program=aarch64-linux-gnu-strip "$build/aarch64/tools/plugins/generic/libprobe.so" "$root/emulator/plugins/generic"
+    fnStrip aarch64/device/agent "$root/emulator/agent"
+    fnStrip aarch64/tools/plugins/generic/libprobe.so "$root/emulator/plugins/generic/libprobe.so"
 }
 
 fnPack() { # DIR: the initrd's folder becomes the archive that the kernel reads
@@ -150,13 +166,14 @@ kind=plain
 building=
 export SOURCE_DATE_EPOCH=1700000000 E2FSPROGS_FAKE_TIME=1700000000
 uuid=6d7a9e2c-52f4-4a0e-9d58-0a1b2c3d4e5f
-declare -A size=([plain]=256M [eglfs]=768M)
+declare -A size=([plain]=256M [eglfs]=768M [benchmark]=256M)
+benchmarks=(src/tarnixUI simulator/ovik-simulator benchmarks/touch/{bare-panel,plugins/generic/libstopwatch.so})
 case ${1:-} in
 --kernel) fnFetchKernel "$2" && exit ;;
 --build) building=yes ;;
---eglfs) kind=eglfs ;;
+--eglfs | --benchmark) kind=${1#--} ;;
 '') ;;
-*) sed -n '5,8s/^# \?//p' "$0" >&2 && exit 2 ;;
+*) sed -n '5,9s/^# \?//p' "$0" >&2 && exit 2 ;;
 esac
 cd "$(dirname "$0")"
 [[ -z $building || ${DEVICE_IMAGE:-} == inside ]] || fnBuild
@@ -167,6 +184,7 @@ base=$build/device/base-$( (fnPackages && echo "$suite $kind" && sed -n '/^fnPac
 folder=$build/device/image-$( (
     echo "$base"
     cat "$build"/aarch64-release/{src/tarnixUI,keypad/platforminputcontexts/*.so} "$build"/aarch64/{simulator/ovik-simulator,device/agent,tools/plugins/generic/libprobe.so}
+    [[ $kind != benchmark ]] || (cd "$build/aarch64-benchmark" && cat "${benchmarks[@]}" ../../benchmarks/touch/*.py)
     find image.sh init.sh root ../tools/device -type f -exec cat {} +
 ) | fnHash)
 if [[ ! -d $folder ]]; then
