@@ -74,10 +74,13 @@ public:
     {
         if (pEvent->type() == QEvent::Paint && isTarget(pWatched)) {
             qApp->removeEventFilter(this);
-            QMetaObject::invokeMethod(this, "answer", Qt::QueuedConnection);
+            // After what painting itself has posted: the frame buffer gets the picture that way.
+            QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
         }
         return false;
     }
+
+    void customEvent(QEvent*) override { answer(); }
 
 private slots:
     void readOrder()
@@ -99,6 +102,7 @@ private slots:
         }
     }
 
+private:
     void answer(bool bDone = true)
     {
         const qint64 nEnd = bDone ? now() : 0;
@@ -106,7 +110,6 @@ private slots:
         dprintf(m_nDescriptor, "%lld %lld\n", static_cast<long long>(m_nBegin), static_cast<long long>(nEnd));
     }
 
-private:
     void arm(const QString& strTarget)
     {
         m_strTarget = strTarget.section('=', 0, 0);
