@@ -1,8 +1,8 @@
 #!/bin/bash
-# Runs all benchmarks, or the touch benchmarks in the emulator of the device's processor. Use an idle machine. A benchmark
-# fails only if it cannot measure.
+# Runs all benchmarks, or the touch benchmarks in the emulator of the device's processor or on the emulated device. Use an
+# idle machine, except for the last. A benchmark fails only if it cannot measure.
 #
-#   run.sh [--aarch64]
+#   run.sh [--aarch64 | --device]
 set -euo pipefail
 cd "$(dirname "$0")"
 case ${1:-} in
@@ -13,6 +13,7 @@ case ${1:-} in
     touch/run.sh --count
     ;;
 --aarch64) touch/run.sh --aarch64 ;;
+--device) device/run.sh ;;
 *)
     sed -n '5s/^# *//p' "$0" >&2
     exit 2
