@@ -121,12 +121,13 @@ private slots:
             const std::string sTaken = "name" + std::to_string(nMembers / 2);
             const std::string sExpected = "parse: Duplicate object member token: " + sTaken + " at 0:";
             QCOMPARE(outcome(sText + ",\"" + sTaken + "\":1}").substr(0, sExpected.size()), sExpected);
-            QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, R"({"a":4})"), Reader::ParseException);
+            QCOMPARE(messageOf([&] { Reader::Read(oDocument, R"({"a":4})"); }),
+                     "Duplicate object member token: a");
             QCOMPARE(oDocument.Size(), std::size_t(nMembers + 1));
         }
         Object oDocument;
         std::ifstream oDirectory("/"); // cannot be read
-        QVERIFY_EXCEPTION_THROWN(Reader::Read(oDocument, oDirectory), Reader::ParseException);
+        QCOMPARE(messageOf([&] { Reader::Read(oDocument, oDirectory); }), "Unexpected end of token stream");
     }
 
     void writesInTheFormatOfTheStream()
@@ -221,7 +222,7 @@ private slots:
         Array& oArray = oObject["x"];
         oArray[2] = Number(3);
         QCOMPARE(messageOf([&] { std::as_const(oArray)[3]; }), "Array out of bounds");
-        QVERIFY_EXCEPTION_THROWN(oArray[std::size_t(-1)], std::length_error);
+        QVERIFY(messageOf([&] { oArray[std::size_t(-1)]; }) != "no exception");
         QVERIFY(*oArray.Insert(Number(0), oArray.Begin()) == Number(0));
         QVERIFY(*oArray.Insert(Number(5)) == Number(5));
         QCOMPARE(writeText(oObject), R"({"a" : null,"x" : [0,null,null,3,5],"y" : 2})"s);
@@ -247,11 +248,11 @@ private:
     {
         try {
             return fn(), "no exception";
-        } catch (const Exception& e) {
+        } catch (const std::exception& e) {
             return e.what();
         }
     }
 };
 
-QTEST_APPLESS_MAIN(JSONTest)
+QTEST_GUILESS_MAIN(JSONTest)
 #include "tst_json.moc"

@@ -139,5 +139,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(NetworkManagerTest)
+QTEST_GUILESS_MAIN(NetworkManagerTest)
 #include "tst_oviknetworkmanager.moc"
