@@ -1,17 +1,22 @@
 #!/bin/bash
-# Runs all benchmarks, or the touch benchmarks in the emulator of the device's processor or on the emulated device. Use an
-# idle machine, except for the last. A benchmark fails only if it cannot measure.
+# Runs all benchmarks, or those of the panel alone: built with Qt 6, touched in the emulator of the device's processor, or
+# on the emulated device. Use an idle machine, except for the last. A benchmark fails only if it cannot measure.
 #
-#   run.sh [--aarch64 | --device]
+#   run.sh [--qt 6 | --aarch64 | --device]
 set -euo pipefail
 cd "$(dirname "$0")"
-case ${1:-} in
+fnPanel() { # OPTION...
+    panel/run.sh "$@"
+    touch/run.sh "$@"
+    touch/run.sh "$@" --count
+}
+case "$*" in
 '')
-    for benchmark in json platform panel touch; do
-        "$benchmark/run.sh"
-    done
-    touch/run.sh --count
+    json/run.sh
+    platform/run.sh
+    fnPanel
     ;;
+'--qt 6') fnPanel --qt 6 ;;
 --aarch64) touch/run.sh --aarch64 ;;
 --device) device/run.sh ;;
 *)

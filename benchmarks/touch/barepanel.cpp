@@ -216,7 +216,7 @@ void BarePanel::onInput()
 void BarePanel::execute(const QString& strCommand)
 {
     const char cCommand = strCommand.at(0).toLatin1();
-    const int nIndex = strCommand.midRef(1, 3).toInt();
+    const int nIndex = QStringView(strCommand).mid(1, 3).toInt();
     const QString strText = strCommand.mid(4);
     if (strCommand == "quit") {
         qApp->quit();
@@ -225,7 +225,7 @@ void BarePanel::execute(const QString& strCommand)
     } else if (cCommand == 'w') {
         showWink(strCommand == "w1");
     } else if (cCommand == 'n') {
-        showRows(strCommand.midRef(1).toInt() - 1);
+        showRows(QStringView(strCommand).mid(1).toInt() - 1);
     } else if (cCommand == 'a') {
         (nIndex ? m_oRows[nIndex][3] : m_oForm.appnameForm_Label)->setText(strText);
     } else if (cCommand == 's') {
