@@ -10,4 +10,5 @@ DEPENDS = "qtbase qtbase-native"
 EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DTARNIXUI_QT=6 -DTARNIXUI_TESTS=OFF -DTARNIXUI_KEYPAD=OFF"
 
 RDEPENDS:${PN} = "bash qtbase-plugins"
-RRECOMMENDS:${PN} = "liberation-fonts"
+RRECOMMENDS:${PN} = "liberation-fonts tzdata-posix"
+FILES:${PN}-dev += "${datadir}/dbus-1/interfaces"

@@ -6,8 +6,9 @@ LICENSE = "CLOSED"
 inherit cmake_qt5 externalsrc
 
 EXTERNALSRC = "${THISDIR}/../.."
-DEPENDS = "qtbase"
+DEPENDS = "qtbase qtbase-native"
 EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DTARNIXUI_TESTS=OFF -DTARNIXUI_KEYPAD=OFF"
 
 RDEPENDS:${PN} = "bash qtbase-plugins"
-RRECOMMENDS:${PN} = "liberation-fonts"
+RRECOMMENDS:${PN} = "liberation-fonts tzdata-posix"
+FILES:${PN}-dev += "${datadir}/dbus-1/interfaces"
