@@ -3,11 +3,11 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
 #include <linux/input.h>
+#include <memory>
 #include <poll.h>
 #include <string>
 #include <sys/ioctl.h>
@@ -20,12 +20,14 @@
 //
 //   agent PORT WIDTH HEIGHT single|multi
 //
-// Each line on the port is a request: "touch STEPS", "run COMMAND", "probe LINE". Each reply is a line with a
-// status and a number of bytes, then these bytes. A mouse on the emulator's window is a finger, too.
+// Each line on the port is a request: "touch STEPS", "run COMMAND", "probe LINE", and "plug WIDTH HEIGHT
+// single|multi", which unplugs the touch screen and plugs another one. Each reply is a line with a status and
+// a number of bytes, then these bytes. A mouse on the emulator's window is a finger, too.
 
 namespace {
 
 constexpr int s_nTabletRange = 32768;
+constexpr char s_szTouchScreen[] = "/dev/input/touchscreen";
 
 struct sReply
 {
@@ -72,14 +74,39 @@ sReply askProbe(const std::string& strLine)
     return sResult;
 }
 
-sReply answer(const std::string& strRequest, TouchScreen& oScreen)
+// A touch screen and its name among the devices.
+struct sPlug
+{
+    std::unique_ptr<TouchScreen> pScreen;
+    int nWidth = 0;
+    int nHeight = 0;
+};
+
+// Takes the place of the touch screen that was there.
+bool plug(const std::string& strScreen, sPlug& oPlug)
+{
+    char szKind[8] = {};
+    if (std::sscanf(strScreen.c_str(), "%d %d %7s", &oPlug.nWidth, &oPlug.nHeight, szKind) != 3) {
+        return false;
+    }
+    oPlug.pScreen.reset();
+    unlink(s_szTouchScreen);
+    oPlug.pScreen =
+        std::make_unique<TouchScreen>(oPlug.nWidth, oPlug.nHeight, std::strcmp(szKind, "multi") == 0);
+    return symlink(oPlug.pScreen->path().c_str(), s_szTouchScreen) == 0;
+}
+
+sReply answer(const std::string& strRequest, sPlug& oPlug)
 {
     const size_t nBlank = strRequest.find(' ');
     const std::string strVerb = strRequest.substr(0, nBlank);
     const std::string strRest = nBlank == std::string::npos ? "" : strRequest.substr(nBlank + 1);
     if (strVerb == "touch") {
-        oScreen.play(strRest);
+        oPlug.pScreen->play(strRest);
         return {};
+    }
+    if (strVerb == "plug") {
+        return {plug(strRest, oPlug) ? 0 : EINVAL, {}};
     }
     return strVerb == "run" ? run(strRest) : askProbe(strRest);
 }
@@ -101,7 +128,7 @@ int openTablet()
 }
 
 // Turns what the mouse does into what a finger does.
-void follow(int nTablet, TouchScreen& oScreen, int nWidth, int nHeight)
+void follow(int nTablet, const sPlug& oPlug)
 {
     static int s_nX = 0;
     static int s_nY = 0;
@@ -115,15 +142,15 @@ void follow(int nTablet, TouchScreen& oScreen, int nWidth, int nHeight)
     } else if (oEvent.type == EV_KEY && oEvent.code == BTN_LEFT) {
         s_bDown = oEvent.value != 0;
         if (!s_bDown) {
-            oScreen.lift(0);
+            oPlug.pScreen->lift(0);
         }
     } else if (oEvent.type == EV_SYN && s_bDown) {
-        oScreen.press(0, s_nX * nWidth / s_nTabletRange, s_nY * nHeight / s_nTabletRange);
+        oPlug.pScreen->press(0, s_nX * oPlug.nWidth / s_nTabletRange, s_nY * oPlug.nHeight / s_nTabletRange);
     }
 }
 
 // Takes what has come on the port, and answers each complete line.
-bool serve(int nPort, std::string& strInput, TouchScreen& oScreen)
+bool serve(int nPort, std::string& strInput, sPlug& oPlug)
 {
     std::array<char, 4096> oBuffer{};
     const ssize_t nRead = read(nPort, oBuffer.data(), oBuffer.size());
@@ -132,7 +159,7 @@ bool serve(int nPort, std::string& strInput, TouchScreen& oScreen)
     }
     strInput.append(oBuffer.data(), static_cast<size_t>(nRead));
     for (size_t nEnd = strInput.find('\n'); nEnd != std::string::npos; nEnd = strInput.find('\n')) {
-        const sReply sResult = answer(strInput.substr(0, nEnd), oScreen);
+        const sReply sResult = answer(strInput.substr(0, nEnd), oPlug);
         strInput.erase(0, nEnd + 1);
         const std::string strReply = std::to_string(sResult.nStatus) + ' ' +
                                      std::to_string(sResult.strText.size()) + '\n' + sResult.strText;
@@ -155,11 +182,10 @@ int main(int nArguments, char** pArguments)
         std::cerr << "agent PORT WIDTH HEIGHT single|multi\n";
         return 2;
     }
-    const int nWidth = std::atoi(pArguments[2]);
-    const int nHeight = std::atoi(pArguments[3]);
     const int nTablet = openTablet();
-    TouchScreen oScreen(nWidth, nHeight, std::strcmp(pArguments[4], "multi") == 0);
-    if (symlink(oScreen.path().c_str(), "/dev/input/touchscreen") != 0 || daemon(1, 1) != 0) {
+    sPlug oPlug;
+    if (!plug(std::string(pArguments[2]) + ' ' + pArguments[3] + ' ' + pArguments[4], oPlug) ||
+        daemon(1, 1) != 0) {
         std::perror("agent");
         return 1;
     }
@@ -168,9 +194,9 @@ int main(int nArguments, char** pArguments)
     std::string strInput;
     while (poll(oFiles.data(), oFiles.size(), -1) >= 0) {
         if (oFiles[1].revents) {
-            follow(nTablet, oScreen, nWidth, nHeight);
+            follow(nTablet, oPlug);
         }
-        if (oFiles[0].revents && !serve(nPort, strInput, oScreen)) {
+        if (oFiles[0].revents && !serve(nPort, strInput, oPlug)) {
             return 0;
         }
     }

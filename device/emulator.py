@@ -128,6 +128,10 @@ class Device:
             raise RuntimeError(f"{command}: {status}, {text}")
         return text
 
+    def uptime(self):
+        """Returns for how many seconds the kernel has run."""
+        return float(self.run("cat /proc/uptime").split()[0])
+
     def succeeds(self, command):
         """Returns whether the command succeeds."""
         return self.ask("run " + command)[0] == 0

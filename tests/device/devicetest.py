@@ -12,15 +12,33 @@ from emulator import Device, DeviceFinger, make_image, settings_for  # noqa: E40
 from finger import Finger  # noqa: E402
 from touch import Operator, document  # noqa: F401
 
-Finger.PATIENCE = 120
+Finger.PATIENCE = Device.PATIENCE = 300
 
 
 class DeviceOperator(DeviceFinger, Operator):
     """The operator of the touch tests, in front of the emulated device."""
     PACE = 1.0
+    SOON = Finger.PATIENCE
+
+    def apply(self, shown):
+        began = self.device.uptime()
+        super().apply(shown)
+        assert self.device.uptime() - began < Operator.SOON, f"the panel shows {shown} too late"
 
     def send(self, line):
         self.device.send(line)
+
+    def applies(self):
+        """Taps Apply, and returns whether a tick shows when the work has ended."""
+        seen = [(False, False)]
+
+        def has_ended():
+            widgets = {widget["name"]: widget for widget in self.widgets()}
+            seen.append(("busyMark" in widgets, widgets["applyButton"]["icon"]))
+            return seen[-1][1] or seen[-2][0] and not seen[-1][0]
+        self.tap("applyButton")
+        self.device.wait(has_ended, "Apply does not end")
+        return seen[-1][1]
 
     def tap_twice_while_busy(self, x, y):
         self.device.run("killall -STOP tarnixUI")
@@ -32,13 +50,21 @@ class DeviceTest(unittest.TestCase):
     """Each test has a device of its own, which ends with it."""
     IMAGE = ()
 
-    def boot(self, screen="800x480", platform="linuxfb", rotation=0, settings=None, **options):
-        """Boots a device, waits until its panel has painted, and returns it with its operator."""
+    def start(self, screen="800x480", platform="linuxfb", rotation=0, settings=None, **others):
+        """Starts a device, and returns it with its operator. Its time is counted in instructions, two nanoseconds for each,
+        so that a busy machine makes it slow, but no slower than its clock."""
         ours, sensor, turn = settings_for(platform, screen, rotation)
-        device = Device(make_image(*self.IMAGE), screen, sensor, {**ours, **(settings or {})}, **options)
+        device = Device(make_image(*self.IMAGE), screen, sensor, {**ours, **(settings or {})},
+                        icount="shift=1", **others)
         self.addCleanup(device.kill)
-        device.wait_painted()
         return device, DeviceOperator(device, turn)
+
+    def boot(self, *arguments, **options):
+        """Does the same, and waits until its panel has painted."""
+        device, operator = self.start(*arguments, **options)
+        device.wait_painted()
+        self.assertLess(device.uptime(), 20)
+        return device, operator
 
     def pixels(self, device, area=None):
         """Returns the screen's picture, or a part of it, as rows of bytes: red, green, blue."""

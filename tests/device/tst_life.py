@@ -8,104 +8,141 @@ import unittest
 from devicetest import DeviceTest, make_image
 
 ZONES = "Europe/Rome", "Europe/Riga"
-NTP = "driftfile /var/lib/ntp/ntp.drift\nserver 192.168.1.1 iburst\n", "server 127.127.1.0\n"
+NTP = "server 127.127.1.0\n", "driftfile /var/lib/ntp/ntp.drift\nserver 192.168.1.1 iburst\n"
+FILES = {"/etc/timezone": tuple(zone + "\n" for zone in ZONES), "/etc/ntp.conf": NTP}
 
 
-class Life(DeviceTest):
-    """Each with a device of its own."""
+class Adversity(DeviceTest):
+    """The panel goes on, and a tick shows only for what is done."""
 
-    def disk(self):
-        """Returns a copy of the image's disk, which keeps what is written."""
+    def test_panel_goes_on(self):
+        """On a device with 128 MiB of memory and one core, whose disk is mounted for reading only."""
+        self.device, self.operator = self.boot(memory=128, cores=1, parameters=("ro",))
+        panel = self.device.run("pidof tarnixUI")
+        self.apply_in_vain()
+        self.assertEqual(self.device.run("cat /etc/timezone /etc/ntp.conf"), ZONES[0] + "\n" + NTP[0])
+        self.device.run("mount -o remount,rw /; cat /dev/zero >/full; true")
+        self.apply_in_vain()
+        self.dead_service()
+        self.slow_service()
+        self.assertEqual(self.device.run("pidof tarnixUI"), panel)
+        self.other_touch_screen()
+        self.dead_panel()
+
+    def goes_on(self):
+        for text in ("Still there", "There"):
+            self.device.send("d" + text)
+            self.operator.find("=" + text)
+
+    def apply_in_vain(self):
+        self.operator.tap("systemDateForm_Label")
+        self.operator.find("timezone_ComboBox", ZONES[0])
+        self.operator.pick("timezone_ComboBox", ZONES[1])
+        self.operator.tap("autoUpdate_CheckBox")
+        self.assertFalse(self.operator.applies())
+        self.operator.close("DateTimeDialog")
+        self.goes_on()
+
+    def dead_service(self):
+        self.operator.find("=192.168.0.20")
+        self.device.run("killall ovik-simulator")
+        self.goes_on()
+        self.device.wait_for("dbus-send --system --print-reply --dest=com.quen.OVIK / org.freedesktop.DBus.Peer.Ping")
+        self.operator.open_interface(*self.operator.reach("=192.168.0.20"), "eth1")
+
+    def slow_service(self):
+        for world in ("slow string:3000", "well string:"):
+            self.device.run("dbus-send --system --print-reply --dest=com.quen.OVIK.Simulator /Simulator "
+                            "com.quen.OVIK.Simulator.SetWorld string:" + world)
+            self.goes_on()
+            self.operator.open_interface(*self.operator.reach("=192.168.0.20"), "eth1")
+
+    def other_touch_screen(self):
+        """Qt leaves a touch screen that was given by its path when it is unplugged."""
+        self.device.ask("plug 800 480 multi")
+        self.goes_on()
+
+    def dead_panel(self):
+        """The panel that the runtime starts then takes the other touch screen."""
+        self.device.run("rm /run/plc/painted /tmp/probe; killall -9 tarnixUI")
+        self.device.wait_painted()
+        self.operator.find("=192.168.0.20")
+        self.operator.open_interface(*self.operator.reach("=192.168.0.20"), "eth1")
+
+
+class Power(DeviceTest):
+    """It may go at any time."""
+    CUTS = 20
+
+    def test_cuts(self):
+        """While Apply is at work: both files are whole, old or new. What had been written is there after the next boot."""
         folder = tempfile.TemporaryDirectory(prefix="device-disk-")
         self.addCleanup(folder.cleanup)
-        return shutil.copy(make_image() + "/disk.img", folder.name)
-
-    def choose(self, operator, zone):
-        operator.pick("timezone_ComboBox", zone)
-        operator.tap("applyButton")
-
-    def test_clocks_and_files(self):
-        """The dialog sets the clock of the system and the real-time clock; zone and NTP files are there after a reboot."""
-        disk = self.disk()
-        device, operator = self.boot(disk=disk)
-        operator.tap("systemDateForm_Label")
-        operator.find("timezone_ComboBox", ZONES[0])
-        self.choose(operator, "Europe/Riga")
-        device.wait_for("grep -q Riga /etc/timezone")
-        operator.set_date()
-        date = operator.date()
-        operator.tap("applyButton")
-        device.wait_for(f"date +%d/%m/%Y | grep -q {date[:10]}")
-        device.wait_for(f"hwclock -u | grep -q ' {int(date[:2])} .*{date[6:10]}'")
-        self.assertEqual(device.run("TZ=UTC date +%H:%M")[:4], device.run("TZ=UTC hwclock -u")[11:15])
-        operator.tap("autoUpdate_CheckBox")
-        operator.tap("applyButton")
-        device.wait_for("grep -q iburst /etc/ntp.conf")
-        device.run("sync; umount -a -r; true")
-        device.kill()
-        device, operator = self.boot(disk=disk)
+        disk, cut, state = (folder.name + name for name in ("/disk", "/cut", "/state"))
+        shutil.copy(make_image() + "/disk.img", disk)
+        button = self.open_dialog(disk, state)
+        duration = self.set_clocks(shutil.copy(disk, folder.name + "/kept"), state)
+        seen = []
+        for moment in range(self.CUTS):
+            subprocess.run(["cp", "--sparse=always", disk, cut], check=True)
+            device, operator = self.resume(cut, state)
+            operator.tap_at(*button)
+            device.run(f"usleep {duration * moment // (self.CUTS - 1)}")
+            device.kill()
+            seen.append(self.files(cut))
+        self.assertLess({"zone old, NTP old", "zone new, NTP new"}, set(seen))
+        device, _ = self.boot(disk=folder.name + "/kept")
         self.assertEqual(device.run("cat /etc/timezone; readlink /etc/localtime; cat /etc/ntp.conf"),
-                         "Europe/Riga\n/usr/share/zoneinfo/posix/Europe/Riga\n" + NTP[0])
+                         "Europe/Riga\n/usr/share/zoneinfo/posix/Europe/Riga\n" + NTP[1])
 
-    def test_power_cuts(self):
-        """The power is cut at twenty moments while settings are applied: both files are whole, old or new, and it boots."""
-        disk = self.disk()
+    def open_dialog(self, disk, state):
+        """Saves the state of a device whose dialog is ready to be applied, and returns the place of its button."""
         device, operator = self.boot(disk=disk)
         device.run("mount -o remount,commit=1 /")
         operator.tap("systemDateForm_Label")
         operator.find("timezone_ComboBox", ZONES[0])
         operator.tap("autoUpdate_CheckBox")
-        cut = disk + ".cut"
-        for moment in range(20):
-            if moment % 4 == 0:
-                self.choose(operator, ZONES[(moment // 4 + 1) % 2])
-            device.control("stop")
-            shutil.copy(disk, cut)  # as it is when the power goes now
-            device.control("cont")
-            subprocess.run(["e2fsck", "-fp", cut], check=False, stdout=subprocess.DEVNULL)  # replays the journal
-            for path, whole in (("/etc/timezone", [zone + "\n" for zone in ZONES]), ("/etc/ntp.conf", NTP)):
-                text = subprocess.run(["debugfs", "-R", "cat " + path, cut], check=True, capture_output=True, text=True).stdout
-                self.assertIn(text, whole, (moment, path))
+        operator.pick("timezone_ComboBox", ZONES[1])
+        place = operator.reach("applyButton")
+        device.run("sync")
+        device.control("migrate", uri="exec:cat >" + state)
+        device.wait(lambda: device.control("query-migrate")["status"] == "completed", "no state")
         device.kill()
-        device, _ = self.boot(disk=cut)
-        self.assertIn(device.run("cat /etc/timezone").strip(), ZONES)
+        return place
 
-    def test_small_device(self):
-        """128 MiB of memory and one core are enough."""
-        self.boot(memory=128, cores=1)
+    def resume(self, disk, state):
+        """Returns the device as open_dialog() left it; its disk is slow, so that more moments come between two writes."""
+        device, operator = self.start(disk=disk, options=("-incoming", "exec:cat " + state))
+        device.run("true")
+        device.control("block_set_io_throttle", device="disk", bps=0, bps_rd=0, bps_wr=0, iops=0, iops_rd=0, iops_wr=5)
+        return device, operator
 
-    def apply_in_vain(self, device, operator):
-        operator.tap("systemDateForm_Label")
-        operator.find("timezone_ComboBox", ZONES[0])
-        self.choose(operator, ZONES[1])
-        operator.close("DateTimeDialog")
-        device.send("dStill there")
-        operator.find("=Still there")
+    def set_clocks(self, disk, state):
+        """Applies, and returns how many microseconds that takes; then sets the clock of the system and the real-time clock."""
+        device, operator = self.resume(disk, state)
+        began = device.uptime()
+        self.assertTrue(operator.applies())
+        device.run("sync")
+        duration = round((device.uptime() - began) * 1e6)
+        operator.tap("autoUpdate_CheckBox")
+        operator.set_date()
+        date = operator.date()
+        self.assertTrue(operator.applies())
+        self.assertEqual(device.run("date +%d/%m/%Y").strip(), date[:10])
+        clocks = device.run("date +%s; cat /sys/class/rtc/rtc0/since_epoch").split()
+        self.assertLess(abs(int(clocks[0]) - int(clocks[1])), 60)
+        device.kill()
+        return duration
 
-    def test_read_only_disk(self):
-        device, operator = self.boot(parameters=("ro",))
-        self.apply_in_vain(device, operator)
-        self.assertEqual(device.run("cat /etc/timezone"), ZONES[0] + "\n")
-
-    def test_full_disk(self):
-        device, operator = self.boot()
-        device.run("dd if=/dev/zero of=/full bs=1M 2>/dev/null; dd if=/dev/zero of=/full2 bs=1k 2>/dev/null; true")
-        self.apply_in_vain(device, operator)
-
-    def test_service_and_panel_are_restarted(self):
-        device, operator = self.boot()
-        operator.find("=192.168.0.20")
-        device.run("killall ovik-simulator")
-        device.send("dAlone")
-        operator.find("=Alone")
-        operator.find("=192.168.0.20")
-        device.wait_for("pidof ovik-simulator && dbus-send --system --print-reply --dest=com.quen.OVIK / "
-                        "org.freedesktop.DBus.Peer.Ping")
-        operator.open_interface(*operator.reach("=192.168.0.20"), "eth1")
-        before = device.run("pidof tarnixUI")
-        device.run("rm /run/plc/painted; kill -9 " + before)
-        device.wait_painted()
-        self.assertNotEqual(device.run("pidof tarnixUI"), before)
+    def files(self, disk):
+        """Returns which files are on the disk, after what the kernel would do with its journal."""
+        self.assertLess(subprocess.run(["e2fsck", "-fp", disk], check=False, stdout=subprocess.DEVNULL).returncode, 2)
+        found = []
+        for name, (path, whole) in zip(("zone", "NTP"), FILES.items()):
+            text = subprocess.run(["debugfs", "-R", "cat " + path, disk], check=True, capture_output=True, text=True).stdout
+            self.assertIn(text, whole, path)
+            found.append(f"{name} {'new' if text == whole[1] else 'old'}")
+        return ", ".join(found)
 
 
 if __name__ == "__main__":

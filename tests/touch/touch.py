@@ -30,6 +30,7 @@ def document():
 class Operator(Finger):
     """Sees the panel, and knows its device."""
     PACE = 2.0
+    SOON = 6  # less than the panel waits before it asks for addresses by itself
 
     def __init__(self, program):
         subprocess.run(["gdbus", "call", "--system", "--dest", "com.quen.OVIK.Simulator", "--object-path", "/Simulator",
@@ -115,10 +116,10 @@ class Operator(Finger):
         self.open_interface(x, y - height // 2 - gap // 2 + 2, "eth0")
 
     def apply(self, shown):
-        """The panel shows what was applied before it asks for addresses by itself again."""
+        """The panel shows soon what was applied."""
         self.tap_at(*self.middle(self.rect("applyButton")))
         wait(lambda: any(label["class"] == "QLabel" and label["text"] == shown for label in self.widgets()),
-             f"the panel does not show {shown}", 6)
+             f"the panel does not show {shown}", self.SOON)
 
     def change_interface(self):
         x, y = self.reach("=" + ADDRESS)

@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QAbstractEventDispatcher>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -94,6 +95,9 @@ QJsonObject describe(QWidget* pWidget)
         if (pWidget->metaObject()->indexOfProperty(szProperty) >= 0) {
             oJson[szProperty] = QJsonValue::fromVariant(pWidget->property(szProperty));
         }
+    }
+    if (const auto* pButton = qobject_cast<const QAbstractButton*>(pWidget)) {
+        oJson["icon"] = !pButton->icon().isNull();
     }
     if (const auto* pView = qobject_cast<const QAbstractItemView*>(pWidget)) {
         oJson["entries"] = describeEntries(*pView);
