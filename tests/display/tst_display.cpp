@@ -163,6 +163,7 @@ private:
         QVERIFY(isSeen("MorvaWidget"));
         QImage oPanel = m_pPanel->picture("MorvaWidget").convertToFormat(QImage::Format_RGB32);
         const QRect oArea = m_pPanel->widget("scrollArea").rect();
+        QCOMPARE(oPanel.pixelColor(oArea.topLeft() + QPoint(2, 2)), QColor(Qt::white));
         QCOMPARE(oPanel.pixelColor(oArea.bottomLeft() + QPoint(60, -16)), QColor(120, 130, 140));
         QCOMPARE(oPanel.pixelColor(oArea.bottomRight() + QPoint(-60, -16)), QColor(220, 220, 220));
         for (const char* szClock : {"systemDateForm_Label", "systemTimeForm_Label"}) {
