@@ -4,6 +4,7 @@
 #include "network/networksettingsdialog.h"
 #include "panel/interfacesettings.h"
 #include "platform/ovikplatform.h"
+#include "platform/pendingreplies.h"
 #include "support/simulatorprocess.h"
 
 #include <QAbstractButton>
@@ -171,6 +172,7 @@ private slots:
         QVERIFY(m_pBusyMark->isVisible());
         m_pDialog.reset();
         QTRY_COMPARE(g_oLog.size(), 2);
+        QTRY_VERIFY(!OVIKPlatform::getInstance()->findChild<PendingReplies*>()); // nothing is left of them
     }
 
 private:
