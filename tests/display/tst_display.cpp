@@ -34,6 +34,12 @@ private slots:
         QCOMPARE(QProcess::execute(DEVICE_TOOLS, {}), 0);
     }
 
+    void init()
+    {
+        m_pDisplay = std::make_unique<VirtualDisplay>(s_oScreen);
+        qputenv("DISPLAY", m_pDisplay->name().toUtf8());
+    }
+
     void showsOverlayAboveDialogAbovePanel_data()
     {
         QTest::addColumn<QString>("platform");
@@ -49,12 +55,9 @@ private slots:
     void showsOverlayAboveDialogAbovePanel()
     {
         QFETCH(QString, platform);
-        const VirtualDisplay oDisplay(s_oScreen);
-        m_pDisplay = &oDisplay;
-        qputenv("DISPLAY", oDisplay.name().toUtf8());
         qputenv("PLATFORM", platform.toUtf8());
-        PanelProcess oPanel(oDisplay.name(), "export QT_QPA_PLATFORM=$PLATFORM WAYLAND_DISPLAY=wayland-0\n"
-                                             "exec " PANEL_PROGRAM);
+        PanelProcess oPanel(m_pDisplay->name(), "export QT_QPA_PLATFORM=$PLATFORM WAYLAND_DISPLAY=wayland-0\n"
+                                                "exec " PANEL_PROGRAM);
         m_pPanel = &oPanel;
         ChildProcess oSession;
         const bool bViewer = platform.startsWith("vnc"); // connects to the panel
@@ -72,13 +75,13 @@ private slots:
 
         // Fingers and keys reach what is below the overlay.
         const QPoint oRow(oOverlay.center().x(), centre("192.168.1.20").y());
-        QVERIFY(oOverlay.contains(oRow) && oDisplay.tap(oRow));
+        QVERIFY(oOverlay.contains(oRow) && m_pDisplay->tap(oRow));
         QVERIFY(isAboveButBelowOverlay("NetworkSettingsDialog"));
         oPanel.send("w1\n");
         QVERIFY(isSeen("winkHorWidget"));
         tap("ipAddress_LineEdit");
         QVERIFY(oOverlay.contains(centre("ipAddress_LineEdit")));
-        QVERIFY(oDisplay.pointer("key ctrl+a type 10.0.0.77"));
+        QVERIFY(m_pDisplay->pointer("key ctrl+a type 10.0.0.77"));
         QCOMPARE(oPanel.waitForText("ipAddress_LineEdit", "10.0.0.77"), QString("10.0.0.77"));
         tap("closeButton");
         QVERIFY(oPanel.waitForVisible("NetworkSettingsDialog", false));
@@ -105,12 +108,9 @@ private slots:
         if (!QFile::exists(KEYPAD_PATH "/platforminputcontexts")) {
             QSKIP("built without the keypad");
         }
-        const VirtualDisplay oDisplay(s_oScreen);
-        m_pDisplay = &oDisplay;
-        qputenv("DISPLAY", oDisplay.name().toUtf8());
         ChildProcess oSession;
         QVERIFY(startSession(oSession, "weston-kiosk"));
-        PanelProcess oPanel(oDisplay.name(),
+        PanelProcess oPanel(m_pDisplay->name(),
                             "export QT_QPA_PLATFORM=wayland WAYLAND_DISPLAY=wayland-0 "
                             "QT_IM_MODULE=tarnixui-keypad QT_PLUGIN_PATH=$QT_PLUGIN_PATH:" KEYPAD_PATH
                             "\nexec " PANEL_PROGRAM);
@@ -121,9 +121,9 @@ private slots:
         const QRect oField = oPanel.widget("timezone_ComboBox").rect();
         tap("timezone_ComboBox");
         QTRY_VERIFY(oPanel.widget("timezone_ComboBox").rect() != oField); // above the keypad
-        QVERIFY(oDisplay.pointer("type europe"));
+        QVERIFY(m_pDisplay->pointer("type europe"));
         QVERIFY(oPanel.waitForVisible("choices"));
-        QVERIFY(oDisplay.tap({1000, 750})); // OK
+        QVERIFY(m_pDisplay->tap({1000, 750})); // OK
         QTRY_COMPARE(oPanel.widget("timezone_ComboBox").rect(), oField);
         QTRY_COMPARE(oPanel.widget("choices").rect().topLeft(), oField.bottomLeft() + QPoint(0, 1));
         QVERIFY(isSeen("choices"));
@@ -132,9 +132,7 @@ private slots:
     // In a window of X, where eglfs gets no touches and cannot end.
     void hidesOverlayForGoodOnEglfs()
     {
-        const VirtualDisplay oDisplay(s_oScreen);
-        m_pDisplay = &oDisplay;
-        PanelProcess oPanel(oDisplay.name(),
+        PanelProcess oPanel(m_pDisplay->name(),
                             "export QT_QPA_PLATFORM=eglfs QT_QPA_EGLFS_INTEGRATION=eglfs_x11\n"
                             "exec " PANEL_PROGRAM);
         m_pPanel = &oPanel;
@@ -258,7 +256,7 @@ private:
 
     void tap(const QString& strNameOrText) { m_pDisplay->tap(centre(strNameOrText)); }
 
-    const VirtualDisplay* m_pDisplay = nullptr;
+    std::unique_ptr<VirtualDisplay> m_pDisplay;
     PanelProcess* m_pPanel = nullptr;
     QImage m_oPanelOnX; // the first row's
     PrivateBus m_oBus;
