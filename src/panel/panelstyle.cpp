@@ -2,6 +2,7 @@
 
 #include "panel/panelinfo.h"
 #include "touch/colours.h"
+#include "touch/lineheight.h"
 #include "ui_tarnixUIwidget.h"
 
 #include <QScrollBar>
@@ -85,6 +86,7 @@ void styleForm(const Ui_MorvaWidget& oForm, const PanelInfo& oPanelInfo)
 
     oForm.mainText->setText(oPanelInfo.szMainText);
     setFont(oForm.mainText, oPanelInfo.mainTextFontSize, QFont::Normal);
+    oForm.mainText->setMinimumHeight(lineHeight(oForm.mainText->font()));
     setTextColor(oForm.mainText, oPanelInfo.mainTextColor);
     // In the middle of the screen, also while the rows are wider than that.
     oForm.mainText->setFixedWidth(oPanelInfo.screenWidth - oPanelInfo.scrollWidth);

@@ -1,15 +1,18 @@
 #include "touch/touchsheet.h"
 
 #include "touch/colours.h"
+#include "touch/lineheight.h"
 
 namespace {
 
-// %1 is the height of a target, %2 that without the border, %3 and %4 are the font.
+// %1 is the height of a target, %2 that without the border, %3 and %4 are the font, %5 is the height of its
+// lines.
 constexpr char s_szSheet[] = R"(
 QWidget { font-family: "%3"; font-size: %4px; }
 QWidget#fields { background: white; }
 QDialog > .QFrame { border: 2px solid @dark; background: white; }
 QLabel, QCheckBox { color: black; font-weight: bold; }
+QLabel { min-height: %5px; }
 QLabel:disabled, QCheckBox:disabled { color: @offText; }
 QLineEdit, QComboBox, QAbstractSpinBox {
     min-height: %2px; border: 2px solid @border; border-radius: 4px; padding: 0px 6px; background: white; color: black;
@@ -66,5 +69,6 @@ QString touchSheet(int nTarget, const QFont& oFont)
         .arg(nTarget)
         .arg(nTarget - s_nBorders)
         .arg(oFont.family())
-        .arg(oFont.pixelSize());
+        .arg(oFont.pixelSize())
+        .arg(lineHeight(oFont));
 }
