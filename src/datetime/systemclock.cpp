@@ -49,7 +49,8 @@ bool writeLocalTime(const QDate& oDate, const QTime& oTime)
 {
     const QDateTime oDateTime(oDate, oTime);
     const qint64 nSeconds = oDateTime.toSecsSinceEpoch();
-    return oDateTime.isValid() && nSeconds >= 0 && nSeconds < s_nEndSeconds &&
+    // A time that summer time leaves out is invalid; newer versions of Qt move it instead.
+    return oDateTime.isValid() && oDateTime.time() == oTime && nSeconds >= 0 && nSeconds < s_nEndSeconds &&
            writeCurrentTime(static_cast<long>(nSeconds));
 }
 
