@@ -23,7 +23,7 @@ packages=(
 )
 
 [[ ${1:-} != --lint ]] || packages+=(
-    clang-format clang-tidy flake8 git libbenchmark-dev nlohmann-json3-dev rapidjson-dev shellcheck
+    clang-format clang-tidy flake8 git jq libbenchmark-dev nlohmann-json3-dev rapidjson-dev shellcheck
 )
 
 missing=()

@@ -47,28 +47,29 @@ void measure(const Candidate& oCandidate, int nInterfaces)
 
 } // namespace
 
+// The parameters have the C library's names.
 extern "C" {
 
-void* malloc(std::size_t nSize)
+void* malloc(std::size_t size)
 {
-    return count(__libc_malloc(nSize));
+    return count(__libc_malloc(size));
 }
 
-void* calloc(std::size_t nCount, std::size_t nSize)
+void* calloc(std::size_t nmemb, std::size_t size)
 {
-    return count(__libc_calloc(nCount, nSize));
+    return count(__libc_calloc(nmemb, size));
 }
 
-void* realloc(void* pOld, std::size_t nSize)
+void* realloc(void* ptr, std::size_t size)
 {
-    discount(pOld);
-    return count(__libc_realloc(pOld, nSize));
+    discount(ptr);
+    return count(__libc_realloc(ptr, size));
 }
 
-void free(void* pOld)
+void free(void* ptr)
 {
-    discount(pOld);
-    __libc_free(pOld);
+    discount(ptr);
+    __libc_free(ptr);
 }
 }
 

@@ -53,12 +53,12 @@ public:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private slots:
-    void onTick();
+    void onTick() const;
     void onNetworkTimerTimedOut();
     void onInput();
 
 private:
-    void fillBanner();
+    void fillBanner() const;
     void fillRows();
     QLabel* makeLabel(QLayout* pColumn, const QString& strText, bool bCaption);
     static void style(QLabel* pLabel, bool bCaption);
@@ -101,7 +101,7 @@ BarePanel::BarePanel()
             SLOT(onInput()));
 }
 
-void BarePanel::fillBanner()
+void BarePanel::fillBanner() const
 {
     m_oForm.banner->setFixedHeight(s_nBannerHeight);
     m_oForm.toolButton->setIcon(QIcon(":/images/quen/setting_up.bmp"));
@@ -161,8 +161,8 @@ QLabel* BarePanel::makeLabel(QLayout* pColumn, const QString& strText, bool bCap
 
 void BarePanel::addBlock(const QString& strName)
 {
-    for (auto& oSide : {std::make_pair(m_oForm.captionLayout, m_oForm.targetVersion_Label),
-                        std::make_pair(m_oForm.valueLayout, m_oForm.targetVersionForm_Label)}) {
+    for (const auto& oSide : {std::make_pair(m_oForm.captionLayout, m_oForm.targetVersion_Label),
+                              std::make_pair(m_oForm.valueLayout, m_oForm.targetVersionForm_Label)}) {
         const bool bCaption = oSide.first == m_oForm.captionLayout;
         auto* pBlock = new QWidget;
         auto* pRows = new QVBoxLayout(pBlock);
@@ -179,7 +179,7 @@ void BarePanel::addBlock(const QString& strName)
     }
 }
 
-void BarePanel::onTick()
+void BarePanel::onTick() const
 {
     const QDateTime oNow = QDateTime::currentDateTime();
     m_oForm.systemDateForm_Label->setText(oNow.toString("dd-MM-yyyy"));

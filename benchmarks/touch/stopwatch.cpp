@@ -80,7 +80,7 @@ public:
         return false;
     }
 
-    void customEvent(QEvent*) override { answer(); }
+    void customEvent(QEvent* /*pEvent*/) override { answer(); }
 
 private slots:
     void readOrder()
@@ -103,7 +103,7 @@ private slots:
     }
 
 private:
-    void answer(bool bDone = true)
+    void answer(bool bDone = true) const
     {
         const qint64 nEnd = bDone ? now() : 0;
         CALLGRIND_DUMP_STATS;

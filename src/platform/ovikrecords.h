@@ -5,7 +5,6 @@
 #include <QtGlobal>
 
 // The names are those of the platform service's own declarations.
-// NOLINTBEGIN(bugprone-reserved-identifier)
 
 /**
  * Identification of the device, filled by the platform service.
@@ -121,5 +120,3 @@ const QDBusArgument& operator>>(const QDBusArgument& oArgument, _bootldrInfo& oI
  * Must be called before a proxy method that returns one of them; repeated calls have no effect.
  */
 void registerOVIKRecords();
-
-// NOLINTEND(bugprone-reserved-identifier)

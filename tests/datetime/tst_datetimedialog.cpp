@@ -125,16 +125,17 @@ private slots:
         QVERIFY(m_pServer->isEnabled() && !m_pDate->isEnabled());
         m_pDate->setDateTime(m_pDate->dateTime().addDays(1));
         apply("Etc/GMT+1_2.3-4"); // needs no quotes
+        const QString strSetsTimeZone =
+            "started /bin/sh -c #!/bin/sh\n\n"
+            "ln -s -f /usr/share/zoneinfo/posix/Etc/GMT+1_2.3-4 /etc/localtime\n"
+            "File_Permission = stat -c \"%a %n\" /etc/timezone\nchmod 777 /etc/timezone\n"
+            "echo Etc/GMT+1_2.3-4 > /etc/timezone\nchmod $File_Permission /etc/timezone\n";
         QCOMPARE(g_oLog,
-                 (QStringList{"started /bin/sh -c #!/bin/sh\n\n"
-                              "ln -s -f /usr/share/zoneinfo/posix/Etc/GMT+1_2.3-4 /etc/localtime\n"
-                              "File_Permission = stat -c \"%a %n\" /etc/timezone\nchmod 777 /etc/timezone\n"
-                              "echo Etc/GMT+1_2.3-4 > /etc/timezone\nchmod $File_Permission /etc/timezone\n",
-                              QString(strFinished).replace("exitCode: 0", "exitCode: 1"),
-                              "setTimeZone failed: /etc/localtime leads to no readable file for "
-                              "\"Etc/GMT+1_2.3-4\"",
-                              "started /bin/sh -c #!/bin/sh\n\n"
-                              "/usr/bin/kadconfig-gen-ntp-conf.sh > /etc/kadconfig-ntp.conf\n",
+                 (QStringList{strSetsTimeZone, QString(strFinished).replace("exitCode: 0", "exitCode: 1"),
+                              QString("setTimeZone failed: /etc/localtime leads to no readable file for "
+                                      "\"Etc/GMT+1_2.3-4\""),
+                              QString("started /bin/sh -c #!/bin/sh\n\n"
+                                      "/usr/bin/kadconfig-gen-ntp-conf.sh > /etc/kadconfig-ntp.conf\n"),
                               strFinished}));
         QCOMPARE(contents("/etc/ntp.conf"), "driftfile /var/lib/ntp/ntp.drift\nserver 192.168.1.1 iburst\n");
         QCOMPARE(takeCalls(), R"(enabled("ntpd") stop("ntpd") disable("ntpd") enable("ntpd") start("ntpd"))");

@@ -139,7 +139,7 @@ private slots:
 
 private:
     // Waits until a press or release that the command ends with has come.
-    void point(const QString& strCommand)
+    void point(const QString& strCommand) const
     {
         const int nReleases = m_nReleases;
         QProcess::execute("xdotool", strCommand.split(' '));
@@ -147,12 +147,12 @@ private:
         QTRY_VERIFY(bPress ? m_bPressed : m_nReleases > nReleases);
     }
 
-    void press(const QPoint& oPoint)
+    void press(const QPoint& oPoint) const
     {
         point(QString("mousemove %1 %2 mousedown 1").arg(oPoint.x()).arg(oPoint.y()));
     }
 
-    void tap(const QPoint& oPoint)
+    void tap(const QPoint& oPoint) const
     {
         point(QString("mousemove %1 %2 click 1").arg(oPoint.x()).arg(oPoint.y()));
     }

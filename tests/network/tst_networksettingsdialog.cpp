@@ -12,7 +12,7 @@ class Replies : public QObject
     Q_OBJECT
 
 signals:
-    void finished(bool bTaken);
+    void finished(bool bTaken); // NOLINT(readability-inconsistent-declaration-parameter-name): moc defines it
 };
 
 /** Stands in for the panel: eth0 with DHCP, all others without, and a list of what it is asked. */

@@ -140,7 +140,8 @@ bool PanelProcess::waitForTicks()
     const auto fnTicks = [&] {
         return QTest::qWaitFor([&, strBefore = fnTime()] { return fnTime() != strBefore; });
     };
-    return fnTicks() && fnTicks();
+    const bool bTicks = fnTicks();
+    return bTicks && fnTicks();
 }
 
 QString PanelProcess::waitForText(const QString& strName, const QString& strText)
