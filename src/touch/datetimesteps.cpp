@@ -71,6 +71,9 @@ void DateTimeSteps::stepUp()
 void DateTimeSteps::step(int nSteps)
 {
     m_pEdit->setFocus();
+    if (m_pEdit->currentSection() == QDateTimeEdit::AmPmSection) {
+        nSteps = m_pEdit->time().hour() < 12 ? 1 : -1; // Qt 6 does not wrap this part
+    }
     m_pEdit->stepBy(nSteps);
     selectPart();
 }
