@@ -30,11 +30,12 @@ def boot(image, program, interfaces=2):
 
 
 def measure_boot(device):
-    """Returns the seconds from power-on to painted, without those that copied the disk into memory. One command waits in the
-    device, since each command from outside comes in the host's time."""
-    painted, copied = device.run("sleep 10; tail -n 1 /run/plc/output; cat /run/copied").splitlines()
+    """Returns the seconds from power-on to painted, without those that copied the disk into memory, and the peak resident memory
+    in KiB. One command waits in the device, since each command from outside comes in the host's time."""
+    painted, copied, memory = device.run("sleep 10; tail -n 1 /run/plc/output; cat /run/copied; "
+                                         "grep VmHWM /proc/$(pidof tarnixUI bare-panel)/status").splitlines()
     begin, end = map(float, copied.split())
-    return int(painted.split()[-1]) / 1e9 - (end - begin)
+    return int(painted.split()[-1]) / 1e9 - (end - begin), int(memory.split()[1])
 
 
 def measure_touch(device, *options):
@@ -57,8 +58,9 @@ def main():
                 kept.append(measure_boot(device))
                 if number == options.boots - 1 and program == PROGRAMS[-1]:
                     measure_touch(device, "--runs", str(options.runs))
-    ours, bare = map(statistics.median, starts)
-    print(f"{'power-on to painted, s':52}{ours:10.3f}{bare:10.3f}{ours / bare:8.3f}", starts)
+    for title, digits, *sides in zip(["power-on to painted, s", "peak resident memory, KiB"], [3, 0],
+                                     *(map(statistics.median, zip(*kept)) for kept in starts)):
+        print("{0:52}{2:10.{1}f}{3:10.{1}f}{4:8.3f}".format(title, digits, *sides, sides[0] / sides[1]), flush=True)
     with boot(image, PROGRAMS[0], interfaces=12) as device:
         measure_boot(device)
         measure_touch(device, "--refresh", "--runs", str(options.runs))
