@@ -3,18 +3,18 @@
 # First process of the emulated device: loads the kernel's modules, mounts the disk, lets the emulator's agent in and
 # starts the device's own init. None of this is on the disk.
 # The kernel's command line: screen=WIDTHxHEIGHT touch=single|multi (if not given) keyboard=1; ro mounts the disk for reading only;
-# copy=1 boots from a copy in memory instead, and leaves the times before and after copying in /run/copied.
+# copy=1 boots from a copy in memory instead; /run/copied then has the times before drivers and disk and after copying.
 export PATH=/bin
 /bin/busybox --install -s /bin
 mount -t proc proc /proc
 mount -t sysfs sysfs /sys
 mount -t devtmpfs devtmpfs /dev
+read -r start _ </proc/uptime
 xargs modprobe -a </modules.list
 mode=rw
 grep -qw ro /proc/cmdline && mode=ro
 mount -t ext4 -o "$mode" /dev/vda /root || exit 1
 if [ -n "$copy" ]; then
-    read -r start _ </proc/uptime
     mkdir /mnt
     mount --move /root /mnt
     mount -t tmpfs -o mode=755 tmpfs /root

@@ -30,8 +30,8 @@ def boot(image, program, interfaces=2):
 
 
 def measure_boot(device):
-    """Returns the seconds from power-on to painted, without those that copied the disk into memory, and the peak resident memory
-    in KiB. One command waits in the device, since each command from outside comes in the host's time."""
+    """Returns the seconds from power-on to painted and the peak resident memory in KiB. Those seconds do not count in which drivers
+    are loaded and the disk is copied into memory, and one command waits in the device: all these follow the host's time."""
     painted, copied, memory = device.run("sleep 10; tail -n 1 /run/plc/output; cat /run/copied; "
                                          "grep VmHWM /proc/$(pidof tarnixUI bare-panel)/status").splitlines()
     begin, end = map(float, copied.split())
