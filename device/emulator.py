@@ -223,4 +223,4 @@ class DeviceFinger(Finger):
         for key in keys:
             codes = [{"type": "qcode", "data": code} for code in key.split("+")]
             self.device.control("send-key", keys=codes)
-            time.sleep(0.25)  # it holds each for a tenth of a second
+            self.device.run("usleep 250000")  # it holds each for a tenth of a second of the device's clock
