@@ -41,6 +41,8 @@ fnService() { # MEMBER TEXT...: another client of the platform service
     fnAsk run "$command" >/dev/null
 }
 
+# shellcheck disable=SC2034 # for the tour
+[[ " $* " != *' --keyboard '* ]] || QT_IM_MODULE=tarnixui-keypad
 coproc OPERATOR { exec "$(dirname "$0")/../device/operator.py" "$@"; }
 exec {answers}<&"${OPERATOR[0]}" {questions}>&"${OPERATOR[1]}"
 fnSay 'The device is switched on'

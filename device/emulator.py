@@ -25,6 +25,7 @@ def settings_for(platform, screen, rotation):
     size = f"mmsize={width * 254 // 960}x{height * 254 // 960}"
     if platform == "eglfs":
         settings = {"QT_QPA_PLATFORM": "eglfs", "QT_QPA_EGLFS_INTEGRATION": "eglfs_kms", "QT_QPA_EGLFS_HIDECURSOR": "1",
+                    "QT_QPA_EGLFS_DISABLE_INPUT": "1",
                     "QT_QPA_EGLFS_PHYSICAL_WIDTH": str(width * 254 // 960),
                     "QT_QPA_EGLFS_PHYSICAL_HEIGHT": str(height * 254 // 960)}
     else:
@@ -81,8 +82,9 @@ class Device:
         command += ["-vnc", "unix:" + self.window] if window else ["-display", "none"]
         command += ["-device", "virtio-tablet-pci"] * window + ["-device", "virtio-keyboard-pci"] * keyboard
         self.started = time.monotonic()
-        self.process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", *command], stdin=subprocess.DEVNULL,
-                                        pass_fds=[end.fileno() for end in theirs])
+        with open(self.folder.name + "/emulator.log", "w", encoding="utf-8") as messages:
+            self.process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", *command], stdin=subprocess.DEVNULL,
+                                            stderr=messages, pass_fds=[end.fileno() for end in theirs])
         for end in theirs:
             end.close()
         self.control("qmp_capabilities")
@@ -110,14 +112,19 @@ class Device:
                 raise RuntimeError(reply["error"]["desc"])
             if "return" in reply:
                 return reply["return"]
-        raise ConnectionError("the emulator has ended")
+        raise self.end()
+
+    def end(self):
+        """Returns what to raise when the emulator has ended."""
+        with open(self.folder.name + "/emulator.log", encoding="utf-8") as messages:
+            return ConnectionError("the emulator has ended: " + messages.read())
 
     def ask(self, request):
         """Has the agent do something, and returns its status and what it says."""
         self.agent.sendall(request.encode() + b"\n")
         line = self.replies.readline()
         if not line:
-            raise ConnectionError("the emulator has ended")
+            raise self.end()
         status, size = map(int, line.split())
         return status, self.replies.read(size).decode(errors="replace")
 
@@ -151,6 +158,16 @@ class Device:
     def wait_painted(self):
         """Waits until the panel has told its runtime that it has painted."""
         self.wait_for("test -e /run/plc/painted")
+
+    def wait_shown(self):
+        """Waits until something is on the screen, which on eglfs is later."""
+        path = self.folder.name + "/screen.ppm"
+
+        def is_shown():
+            self.control("screendump", filename=path)
+            with open(path, "rb") as picture:
+                return any(picture.read()[20:])  # behind the header
+        self.wait(is_shown, "the screen stays black")
 
     def send(self, *lines):
         """Passes lines to the panel."""

@@ -32,7 +32,9 @@ class Operator:
 
     def boot(self):
         self.device.wait_painted()
-        return f"It has booted and painted after {time.monotonic() - self.device.started:.1f} s"
+        painted = time.monotonic()
+        self.device.wait_shown()
+        return f"It has booted and painted after {painted - self.device.started:.1f} s"
 
     def send(self, line):
         self.device.send(line)
