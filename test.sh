@@ -2,9 +2,10 @@
 # Installs what is needed, builds everything and passes the tests: with GCC and Qt 5 and 6, with Clang under the
 # sanitizers, and of the Debian packages.
 #
-#   test.sh [--aarch64]
+#   test.sh [--aarch64 [CTEST_OPTION...]]
 #
-# --aarch64  builds for the device's processor instead and passes the tests in an emulator, and on a whole emulated device
+# --aarch64  builds for the device's processor instead and passes the tests in an emulator, and on a whole emulated device,
+#            except those that the options leave out
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -12,16 +13,16 @@ case ${1:-} in
 '') presets=(dev dev-qt6 asan release release-qt6) ;;
 --aarch64) presets=(aarch64 aarch64-release) ;;
 *)
-    sed -n '2,7s/^# \?//p' "$0" >&2
+    sed -n '2,8s/^# \?//p' "$0" >&2
     exit 2
     ;;
 esac
 tools/sandbox.sh --check
 packaging/install-build-packages.sh ${1:+--aarch64}
 
-fnTest() { # PRESET: a display server of another project may miss an event on a busy machine
+fnTest() { # PRESET OPTION...: a display server of another project may miss an event on a busy machine
     local others
-    ! ctest --preset "$1" -j2 || return 0
+    ! ctest --preset "$@" -j2 || return 0
     others=$(comm -23 <(sed 's/^[0-9]*://' "build/$1/Testing/Temporary/LastTestsFailed.log" | sort) \
         <(ctest --preset "$1" -L display -N | sed -n 's/^ *Test *#[0-9]*: //p' | sort))
     [[ -z $others ]] || return 1
@@ -36,5 +37,5 @@ warnings=OFF
 for preset in "${presets[@]}"; do
     cmake --preset "$preset" -DCMAKE_COMPILE_WARNING_AS_ERROR="$warnings"
     cmake --build --preset "$preset"
-    fnTest "$preset"
+    fnTest "$preset" "${@:2}"
 done
