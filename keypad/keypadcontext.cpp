@@ -127,6 +127,7 @@ void KeypadContext::onTapped(QChar oKey)
 {
     QObject* pObject = QGuiApplication::focusObject();
     if (oKey == key::s_cDone) {
+        m_oSettling.stop(); // Qt 6 has asked for the keypad with the key before
         setVisible(false);
     } else if (pObject && oKey == key::s_cDelete) {
         type(pObject, Qt::Key_Backspace, {});
