@@ -16,8 +16,9 @@
 # --headless  plays the whole tour without questions and leaves a picture of every stage in DIR
 set -euo pipefail
 
-fnUsage() {
+fnUsage() { # MISTAKE
     sed -n '2,16s/^# \?//p' "$0" >&2
+    printf 'demo.sh: %s\n' "$1" >&2
     exit 2
 }
 
@@ -31,13 +32,13 @@ fnPlatform() { # DISPLAY: prints Qt's name for it
 }
 
 fnEmulated() { # builds for the device, boots it and plays the tour
+    [[ -z $pictures ]] || mkdir -p "$pictures"
     packaging/install-build-packages.sh --aarch64
     device/image.sh --build >/dev/null
     [[ -z $keyboard ]] || emulated+=(--keyboard)
     if [[ -n $pictures ]]; then
-        mkdir -p "$pictures"
         emulated=(--pictures "$pictures" "${emulated[@]}")
-    elif [[ -n ${DISPLAY:-} ]]; then
+    elif xdpyinfo >/dev/null 2>&1; then
         emulated+=(--window)
     else
         fnNoWindow
@@ -64,38 +65,48 @@ keyboard=
 preset=dev
 platform=xcb
 device=
+simulated=
 emulated=()
 while (($#)); do
     case $1 in
     --keyboard) keyboard=1 ;;
     --qt)
-        [[ ${2:-} == [56] ]] || fnUsage
+        [[ ${2:-} == [56] ]] || fnUsage "wrong: --qt ${2:-}"
         [[ $2 == 5 ]] || preset=dev-qt6
+        simulated=$1
         shift
         ;;
     --device) device=1 ;;
     --rotate | --platform)
-        [[ "$1 ${2:-}" =~ ^--(rotate (0|90)|platform (linuxfb|eglfs))$ ]] || fnUsage
+        [[ "$1 ${2:-}" =~ ^--(rotate (0|90)|platform (linuxfb|eglfs))$ ]] || fnUsage "wrong: $1 ${2:-}"
         emulated+=("$1" "$2")
         shift
         ;;
     --display)
-        platform=$(fnPlatform "${2:-}") || fnUsage
+        platform=$(fnPlatform "${2:-}") || fnUsage "wrong: --display ${2:-}"
+        simulated=$1
         shift
         ;;
     --screen | --headless)
-        [[ -n ${2:-} ]] || fnUsage
+        [[ -n ${2:-} ]] || fnUsage "nothing behind $1"
         [[ $1 == --screen ]] && screen=$2 || pictures=$(realpath -m "$2")
         shift
         ;;
-    *) fnUsage ;;
+    *) fnUsage "unknown: $1" ;;
     esac
     shift
 done
-[[ $screen =~ ^[1-9][0-9]*x[1-9][0-9]*$ ]] || fnUsage
+[[ $screen =~ ^[1-9][0-9]{1,3}x[1-9][0-9]{1,3}$ ]] || fnUsage "wrong: --screen $screen"
+
+if [[ -n $device ]]; then
+    [[ -z $simulated ]] || fnUsage "no $simulated with --device"
+    ((${screen%x*} >= 200 && ${screen#*x} >= 200 && ${screen%x*} <= 2000 && ${screen#*x} <= 2000)) ||
+        fnUsage "the emulated device has screens from 200x200 to 2000x2000"
+elif ((${#emulated[@]})); then
+    fnUsage "no ${emulated[0]} without --device"
+fi
 
 cd "$(dirname "$0")"
-((${#emulated[@]} == 0)) || [[ -n $device ]] || fnUsage
 tools/sandbox.sh --check
 if [[ -n $device ]]; then
     fnEmulated

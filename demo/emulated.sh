@@ -20,7 +20,7 @@ fnAsk() { # VERB ARGUMENT...: has the operator do something, prints what comes o
     local status count line
     printf '%s\t' "$@" >&"$questions"
     echo >&"$questions"
-    read -r status count <&"$answers" || { echo 'emulated.sh: the emulator has ended' >&2 && exit 1; }
+    read -r status count <&"$answers" || exit 1 # it has said why it has ended
     while ((count-- > 0)); do
         IFS= read -r line <&"$answers"
         printf '%s\n' "$line"

@@ -10,7 +10,7 @@ fnService setInterfaceConfigJSON eth0 \
     '{"name" : "eth0","dhcp" : false,"ip_address" : "10.0.0.77","netmask" : "255.0.0.0","gateway_ip" : "10.0.0.1"}'
 fnService applyNewConfiguration
 fnSay 'Another client changes the address of eth0; the panel asks for it every ten seconds'
-sleep 10
+fnFinger await =10.0.0.77
 fnStage interfaces 'The panel shows the new address'
 
 fnFinger tap =10.0.0.77
@@ -27,6 +27,7 @@ fnStage network-static 'Apply sends another address; the panel shows it at once'
 
 fnFinger tap =172.16.1.5
 fnFinger tap useDHCP_comboBox
+fnFinger await =Yes
 fnStage network-choice 'DHCP is chosen in its place'
 fnFinger tap =Yes
 fnFinger tap applyButton
@@ -37,8 +38,7 @@ fnFinger await =192.168.1.20
 fnStage network-lease 'The lease has arrived'
 
 fnSend w1
-sleep 1.5 # the hand disappears after one second and is back after two
-fnStage wink 'Wink: a blinking hand identifies the device'
+fnStage wink 'Wink: a blinking hand identifies the device' label
 fnStage wink-blink 'It blinks once a second'
 fnSend w0
 fnStage wink-off 'Wink is off'
@@ -59,9 +59,11 @@ fnFinger await ntpStatus_Label 'Last sync:64 secs ago'
 fnFinger await timezone_ComboBox Europe/Rome
 fnStage datetime-dialog 'A tap on the clock opens its settings, with what the device has set'
 fnFinger open timezone_ComboBox
+fnFinger await =Europe/Riga
 fnStage datetime-zones 'The list has all time zones'
 fnFinger tap =Europe/Rome
 fnFinger type timezone_ComboBox Tokyo
+fnFinger await =Asia/Tokyo
 fnStage datetime-found 'A part of a name finds the zones that contain it'
 fnFinger tap =Asia/Tokyo
 fnFinger tap applyButton

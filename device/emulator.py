@@ -106,7 +106,7 @@ class Device:
     def control(self, command, **arguments):
         """Has the emulator do something, and returns what it says."""
         self.qmp.sendall(json.dumps({"execute": command, "arguments": arguments}).encode() + b"\n")
-        while line := self.events.readline():
+        while line := self.next_line(self.events):
             reply = json.loads(line)
             if "error" in reply:
                 raise RuntimeError(reply["error"]["desc"])
@@ -114,15 +114,23 @@ class Device:
                 return reply["return"]
         raise self.end()
 
+    @staticmethod
+    def next_line(file):
+        """Returns the next line, or nothing at the end of the emulator."""
+        try:
+            return file.readline()
+        except ConnectionResetError:  # it has not read all
+            return b""
+
     def end(self):
         """Returns what to raise when the emulator has ended."""
         with open(self.folder.name + "/emulator.log", encoding="utf-8") as messages:
-            return ConnectionError("the emulator has ended: " + messages.read())
+            return ConnectionError("the emulator has ended: " + messages.read().strip())
 
     def ask(self, request):
         """Has the agent do something, and returns its status and what it says."""
         self.agent.sendall(request.encode() + b"\n")
-        line = self.replies.readline()
+        line = self.next_line(self.replies)
         if not line:
             raise self.end()
         status, size = map(int, line.split())

@@ -183,7 +183,7 @@ suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
 base=$build/device/base-$( (fnPackages && echo "$suite $kind" && sed -n '/^fnPackages/,/^fnDisk/p' image.sh) | fnHash)
 folder=$build/device/image-$( (
     echo "$base"
-    cat "$build"/aarch64-release/{src/tarnixUI,keypad/platforminputcontexts/*.so} "$build"/aarch64/{simulator/ovik-simulator,device/agent,tools/plugins/generic/libprobe.so}
+    cat "$build"/aarch64-release/tarnixui*_arm64.deb "$build"/aarch64/{simulator/ovik-simulator,device/agent,tools/plugins/generic/libprobe.so}
     [[ $kind != benchmark ]] || (cd "$build/aarch64-benchmark" && cat "${benchmarks[@]}" ../../benchmarks/touch/*.py)
     find image.sh init.sh root ../tools/device -type f -exec cat {} +
 ) | fnHash)

@@ -52,14 +52,7 @@ class Operator:
         getattr(self.fingers, "find" if verb == "await" else verb)(*words)
 
 
-def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--screen", default="800x480")
-    parser.add_argument("--platform", default="linuxfb", choices=["linuxfb", "eglfs"])
-    parser.add_argument("--rotate", type=int, default=0, choices=[0, 90])
-    parser.add_argument("--keyboard", action="store_true")
-    parser.add_argument("--window", action="store_true")
-    operator = Operator(parser.parse_args())
+def serve(operator):
     try:
         for question in sys.stdin:
             verb, *words = question.rstrip("\n").split("\t")[:-1]
@@ -73,6 +66,19 @@ def main():
         if operator.viewer:
             operator.viewer.kill()
         operator.device.kill()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--screen", default="800x480")
+    parser.add_argument("--platform", default="linuxfb", choices=["linuxfb", "eglfs"])
+    parser.add_argument("--rotate", type=int, default=0, choices=[0, 90])
+    parser.add_argument("--keyboard", action="store_true")
+    parser.add_argument("--window", action="store_true")
+    try:
+        serve(Operator(parser.parse_args()))
+    except ConnectionError as error:
+        sys.exit(f"operator.py: {error}")
 
 
 if __name__ == "__main__":
