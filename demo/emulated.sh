@@ -5,7 +5,7 @@
 #   emulated.sh [--pictures DIR] OPTION...
 #
 # --pictures DIR  asks nothing and leaves a picture of every stage in DIR; without it the screen is a window
-# OPTION...       what device/operator.py takes
+# OPTION...       what device/control.py takes
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/stages.sh"
@@ -43,7 +43,7 @@ fnService() { # MEMBER TEXT...: another client of the platform service
 
 # shellcheck disable=SC2034 # for the tour
 [[ " $* " != *' --keyboard '* ]] || QT_IM_MODULE=tarnixui-keypad
-coproc OPERATOR { exec "$(dirname "$0")/../device/operator.py" "$@"; }
+coproc OPERATOR { exec "$(dirname "$0")/../device/control.py" ${pictures:+--count} "$@"; }
 exec {answers}<&"${OPERATOR[0]}" {questions}>&"${OPERATOR[1]}"
 fnSay 'The device is switched on'
 fnAsk boot || exit 1

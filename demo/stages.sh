@@ -17,7 +17,7 @@ fi
 fnSay() { printf '\n== %s\n' "$*"; }
 
 fnStage() { # NAME TEXT [WIDGET]: waits until the panel has settled and the widget is visible, and shows it
-    sleep 1
+    fnOnDevice 'sleep 1'
     [[ -z ${3:-} ]] || fnFinger await "$3"
     stage=$((stage + 1))
     fnSay "$2"
@@ -46,9 +46,9 @@ fnPrompt() {
 
 fnAwaitOnDevice() { # COMMAND: until it succeeds on the device
     local i
-    for ((i = 0; i < 100; i++)); do
+    for ((i = 0; i < 300; i++)); do
         ! fnOnDevice "$1" >/dev/null || return 0
-        sleep 0.1
+        fnOnDevice 'sleep 0.1'
     done
     fnFail "timed out: $1"
 }

@@ -1,6 +1,7 @@
 """The emulated device: QEMU with the image of image.sh, the way in through its agent, and the finger on its screen."""
 import json
 import os
+import select
 import shlex
 import socket
 import subprocess
@@ -130,6 +131,11 @@ class Device:
     def ask(self, request):
         """Has the agent do something, and returns its status and what it says."""
         self.agent.sendall(request.encode() + b"\n")
+        deadline = time.monotonic() + self.PATIENCE
+        while not select.select([self.agent], [], [], 1)[0]:
+            if time.monotonic() > deadline:
+                raise TimeoutError(f"no answer to {request}")
+            self.control("query-status")  # an emulator that counts may miss a timer and sleep until something happens
         line = self.next_line(self.replies)
         if not line:
             raise self.end()

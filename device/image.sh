@@ -42,6 +42,7 @@ fnFetchKernel() { # DIR: called by mmdebstrap, whose apt knows arm64
     cd "$1"
     apt-get -qq download "$name"
     dpkg-deb -x ./linux-image-*.deb kernel
+    [[ -e kernel/lib ]] || ln -s usr/lib kernel # since Debian 13
     rm linux-image-*.deb
 }
 
@@ -89,7 +90,7 @@ fnBase() { # DIR: Debian's part
     local packages
     packages=$(fnPackages | paste -sd ,)
     fnSay "fetches Debian's packages and kernel for arm64"
-    TAR_OPTIONS=--no-same-owner mmdebstrap --quiet --mode=chrootless --variant=extract --architectures=arm64 \
+    TAR_OPTIONS=--no-same-owner mmdebstrap --quiet --mode=chrootless --skip=check/chrootless --variant=extract --architectures=arm64 \
         --hook-dir=/usr/share/mmdebstrap/hooks/merged-usr --aptopt='Apt::Install-Recommends "false"' \
         --include="$packages" --extract-hook="'$0' --kernel '$1'" "$suite" "$1/root" >"$1/log" 2>&1 || {
         tail -n 20 "$1/log" >&2
@@ -164,12 +165,16 @@ fnMake() { # in a user namespace: all files belong to root
 
 kind=plain
 building=
+export PATH=$PATH:/usr/sbin:/sbin
 export SOURCE_DATE_EPOCH=1700000000 E2FSPROGS_FAKE_TIME=1700000000
 uuid=6d7a9e2c-52f4-4a0e-9d58-0a1b2c3d4e5f
 declare -A size=([plain]=256M [eglfs]=768M [benchmark]=256M)
 benchmarks=(src/tarnixUI simulator/ovik-simulator benchmarks/touch/{bare-panel,plugins/generic/libstopwatch.so})
 case ${1:-} in
---kernel) fnFetchKernel "$2" && exit ;;
+--kernel)
+    fnFetchKernel "$2"
+    exit
+    ;;
 --build) building=yes ;;
 --eglfs | --benchmark) kind=${1#--} ;;
 '') ;;
@@ -191,7 +196,8 @@ if [[ ! -d $folder ]]; then
     if [[ ${DEVICE_IMAGE:-} != inside ]]; then
         DEVICE_IMAGE=inside unshare --map-root-user "$@" >&2
     else
-        fnMake && exit
+        fnMake
+        exit
     fi
 fi
 echo "$folder"

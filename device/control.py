@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Boots the emulated device and does what a script asks for, line by line, until its input ends.
 
-    operator.py [--screen WIDTHxHEIGHT] [--keyboard] [--rotate 90] [--platform linuxfb|eglfs] [--window]
+    control.py [--screen WIDTHxHEIGHT] [--keyboard] [--rotate 90] [--platform linuxfb|eglfs] [--window | --count]
 
 A question is a line of words with a tabulator after each: "boot", "send LINE", "run COMMAND", "picture FILE", "finger VERB
 ARGUMENT...". The answer is a line with status and number of lines, then these lines. With --window the screen is a window
-of the user's X display, and the mouse is the finger.
+of the user's X display, and the mouse is the finger. With --count the device's clock counts instructions, two nanoseconds
+for each, so that a busy machine makes it slow, but no slower than its clock.
 """
 import argparse
 import subprocess
@@ -13,6 +14,8 @@ import sys
 import time
 
 from emulator import Device, DeviceFinger, make_image, settings_for
+
+Device.PATIENCE = DeviceFinger.PATIENCE = 300
 
 
 class Operator:
@@ -22,9 +25,11 @@ class Operator:
         image = make_image(*["--eglfs"] * (options.platform == "eglfs"))
         settings, sensor, turn = settings_for(options.platform, options.screen, options.rotate)
         self.viewer = None
+        self.counts = options.count
         if options.keyboard:
             settings["QT_IM_MODULE"] = "tarnixui-keypad"
-        self.device = Device(image, options.screen, sensor, settings, keyboard=True, window=options.window)
+        self.device = Device(image, options.screen, sensor, settings, keyboard=True, window=options.window,
+                             icount="shift=1" if options.count else None)
         if options.window:
             self.viewer = subprocess.Popen(["vncviewer", "-Shared", self.device.window], stdout=subprocess.DEVNULL,
                                            stderr=subprocess.DEVNULL)
@@ -32,9 +37,11 @@ class Operator:
 
     def boot(self):
         self.device.wait_painted()
-        painted = time.monotonic()
+        text = f"It has booted and painted after {time.monotonic() - self.device.started:.1f} s"
+        if self.counts:
+            text += f", {self.device.uptime():.1f} s by its own clock"
         self.device.wait_shown()
-        return f"It has booted and painted after {painted - self.device.started:.1f} s"
+        return text
 
     def send(self, line):
         self.device.send(line)
@@ -75,10 +82,11 @@ def main():
     parser.add_argument("--rotate", type=int, default=0, choices=[0, 90])
     parser.add_argument("--keyboard", action="store_true")
     parser.add_argument("--window", action="store_true")
+    parser.add_argument("--count", action="store_true")
     try:
         serve(Operator(parser.parse_args()))
     except ConnectionError as error:
-        sys.exit(f"operator.py: {error}")
+        sys.exit(f"control.py: {error}")
 
 
 if __name__ == "__main__":
