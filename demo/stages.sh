@@ -16,9 +16,8 @@ fi
 
 fnSay() { printf '\n== %s\n' "$*"; }
 
-fnStage() { # NAME TEXT [WIDGET]: waits until the panel has settled and the widget is visible, and shows it
+fnStage() { # NAME TEXT: waits until the panel has settled, and shows it
     fnOnDevice 'sleep 1'
-    [[ -z ${3:-} ]] || fnFinger await "$3"
     stage=$((stage + 1))
     fnSay "$2"
     [[ -z $pictures ]] || fnPicture "$(printf '%s/%02d-%s.png' "$pictures" "$stage" "$1")"

@@ -38,7 +38,8 @@ fnFinger await =192.168.1.20
 fnStage network-lease 'The lease has arrived'
 
 fnSend w1
-fnStage wink 'Wink: a blinking hand identifies the device' label
+fnOnDevice 'sleep 1.2' # the hand disappears after one second and is back after two
+fnStage wink 'Wink: a blinking hand identifies the device'
 fnStage wink-blink 'It blinks once a second'
 fnSend w0
 fnStage wink-off 'Wink is off'
