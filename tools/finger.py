@@ -62,6 +62,9 @@ class Finger:
             time.sleep(0.05)
         raise LookupError(f"no widget {name} {text or ''}")
 
+    def is_list_open(self):
+        return any(widget.get("entries") for widget in self.widgets())
+
     def area(self):
         """Returns what a finger would drag: the open list, the fields of the dialog or the rows of the panel."""
         widgets = self.widgets()

@@ -121,6 +121,7 @@ class Soak:
         self.finger.tap("applyButton")
         for box in ("useDHCP_comboBox", "interfaceList_comboBox"):
             self.finger.tap(box)
+            wait(self.finger.is_list_open, f"{box} opens no list")  # Escape without a list closes the dialog
             self.finger.key("Down", "Escape")
         self.renew_address()
         self.finger.type("ipAddress_LineEdit", self.address_text)

@@ -90,9 +90,6 @@ class Operator(Finger):
         self.find("interfaceList_comboBox", interface)
         self.close("NetworkSettingsDialog")
 
-    def is_list_open(self):
-        return any(widget.get("entries") for widget in self.widgets())
-
     def choose(self, entry):
         rect = self.locate("=" + entry)
         assert min(rect[2:]) >= self.ENTRY, f"{entry} is too small for a finger: {rect[2]}x{rect[3]}"
