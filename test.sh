@@ -9,8 +9,12 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
+jobs=$(nproc)
 case ${1:-} in
-'') presets=(dev dev-qt6 asan release release-qt6) ;;
+'')
+    presets=(dev dev-qt6 asan release release-qt6)
+    jobs=$((2 * jobs)) # the tests mostly wait, but for those in the emulator
+    ;;
 --aarch64) presets=(aarch64 aarch64-release) ;;
 *)
     sed -n '2,8s/^# \?//p' "$0" >&2
@@ -22,7 +26,7 @@ packaging/install-build-packages.sh ${1:+--aarch64}
 
 fnTest() { # PRESET OPTION...: a display server of another project may miss an event on a busy machine
     local others
-    ! ctest --preset "$@" -j2 || return 0
+    ! ctest --preset "$@" -j "$jobs" || return 0
     others=$(comm -23 <(sed 's/^[0-9]*://' "build/$1/Testing/Temporary/LastTestsFailed.log" | sort) \
         <(ctest --preset "$1" -L display -N | sed -n 's/^ *Test *#[0-9]*: //p' | sort))
     [[ -z $others ]] || return 1
