@@ -25,12 +25,13 @@ fnStart() { # COMMAND...: beside this script, and no longer than it
     setpriv --pdeathsig KILL "$@" >/tmp/session.log 2>&1 &
 }
 
-fnManages() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 0x; }
-
-fnManager() { # COMMAND...
-    fnStart "$@"
-    fnAwait fnManages
+fnOpenbox() { # runs a command when it manages windows: before, it may miss one that is shown
+    rm -f /tmp/managed
+    fnStart openbox --sm-disable --startup 'touch /tmp/managed'
+    fnAwait test -e /tmp/managed
 }
+
+fnManages() { xprop -root _NET_SHOWING_DESKTOP 2>/dev/null | grep -q '='; } # set last
 
 fnWindow() { xwininfo -root -children 2>/dev/null | sed -n 's/^ *\(0x[0-9a-f]*\) .*/\1/p'; }
 
@@ -57,8 +58,11 @@ fnWeston() { # SHELL
 
 case $1 in
 x11) ;;
-openbox) fnManager openbox --sm-disable ;;
-matchbox) fnManager matchbox-window-manager -use_titlebar no ;;
+openbox) fnOpenbox ;;
+matchbox)
+    fnStart matchbox-window-manager -use_titlebar no
+    fnAwait fnManages
+    ;;
 weston-desktop) fnWeston desktop-shell.so ;;
 weston-kiosk) fnWeston kiosk-shell.so ;;
 cage)
@@ -68,7 +72,7 @@ cage)
     fnFocus
     ;;
 vnc)
-    fnManager openbox --sm-disable # newer viewers fill the screen only with a window manager's help
+    fnOpenbox # newer viewers fill the screen only with a window manager's help
     fnStart xtigervncviewer -FullScreen=1 -MenuKey= localhost:5900
     fnAwait xdotool search --onlyvisible --name TigerVNC >/dev/null
     ;;
