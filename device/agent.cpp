@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
@@ -127,6 +128,13 @@ int openTablet()
     return -1;
 }
 
+// Whether the touch screen is mounted turned, as the panel is told; the tablet never is.
+bool isTurned()
+{
+    const char* szPlugins = std::getenv("QT_QPA_GENERIC_PLUGINS");
+    return szPlugins && std::strstr(szPlugins, ":rotate=90");
+}
+
 // Turns what the mouse does into what a finger does.
 void follow(int nTablet, const sPlug& oPlug)
 {
@@ -145,7 +153,9 @@ void follow(int nTablet, const sPlug& oPlug)
             oPlug.pScreen->lift(0);
         }
     } else if (oEvent.type == EV_SYN && s_bDown) {
-        oPlug.pScreen->press(0, s_nX * oPlug.nWidth / s_nTabletRange, s_nY * oPlug.nHeight / s_nTabletRange);
+        const int nX = isTurned() ? s_nY : s_nX;
+        const int nY = isTurned() ? s_nTabletRange - 1 - s_nX : s_nY;
+        oPlug.pScreen->press(0, nX * oPlug.nWidth / s_nTabletRange, nY * oPlug.nHeight / s_nTabletRange);
     }
 }
 

@@ -55,7 +55,7 @@ fnModules() { # DIR
     printf '%s\n' virtio_pci virtio_blk crc32c_generic ext4 virtio_console virtio_input evdev uinput virtio-gpu cirrus dummy \
         >"$1/modules.list"
     while read -r file; do
-        modprobe -d "$from" -S "$version" -D "$file" | awk '/^insmod/{print $2}'
+        modprobe -d "$from" -S "$version" -D "$file" | sed -n 's/^insmod \(.*\.ko[.a-z]*\).*/\1/p'
     done <"$1/modules.list" | sort -u | while read -r file; do
         install -D -m 644 "$file" "$to${file#"$from"}"
     done
@@ -117,6 +117,7 @@ fnDisk() { # BASE DIR
     [[ $kind != benchmark ]] || fnBenchmarks "$root"
     ../tools/device/install.sh "$root"
     find "$root" -newermt "@$SOURCE_DATE_EPOCH" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+    : >"$2/disk.img" # else it says that it creates it
     mke2fs -qF -t ext4 -d "$root" -U "$uuid" -E "hash_seed=$uuid,root_owner=0:0" -b 4096 "$2/disk.img" "${size[$kind]}"
 }
 
