@@ -62,10 +62,11 @@ private slots:
                 QTRY_VERIFY(isSeenWhole()); // above the panel
             }
             oDialog.show();
-            QTRY_VERIFY(oEdit.hasFocus());
             if (bDialogFirst) {
-                wink(1000);
+                QTRY_VERIFY(oEdit.hasFocus());
             }
+            wink(1000); // or before the display has told of the focus
+            QTRY_VERIFY(oEdit.hasFocus());
             QTRY_VERIFY(isSeenWhole());
             if (QGuiApplication::platformName() == "xcb") {
                 QProcess::execute("xdotool", {"mousemove", "400", "240", "click", "1", "key", "a"});
@@ -104,8 +105,9 @@ private:
     {
         const QRect oRect = m_pOverlay->geometry();
         const QImage oScreen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
-        return oScreen.copy(oRect).convertToFormat(QImage::Format_RGB32) ==
-               m_pOverlay->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        return m_pOverlay->isVisible() &&
+               oScreen.copy(oRect).convertToFormat(QImage::Format_RGB32) ==
+                   m_pOverlay->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
 
     QWidget* m_pOverlay = nullptr;
