@@ -157,12 +157,19 @@ class Device:
         """Returns whether the command succeeds."""
         return self.ask("run " + command)[0] == 0
 
+    def state(self):
+        """Returns what tells why something does not come: what the panel and the one before have said, and a picture."""
+        handle, path = tempfile.mkstemp(prefix="device-", suffix=".png")
+        os.close(handle)
+        self.picture(path)
+        return f"; picture: {path}; log of the panels: {self.run('tail -n 30 /run/plc/*log')}"
+
     def wait(self, condition, what):
         """Waits until the condition holds."""
         deadline = time.monotonic() + self.PATIENCE
         while not condition():
             if time.monotonic() > deadline:
-                raise TimeoutError(f"{what}; log: {self.run('cat /run/plc/log')}")
+                raise TimeoutError(what + self.state())
             time.sleep(0.1)
 
     def wait_for(self, command):
@@ -213,7 +220,14 @@ class DeviceFinger(Finger):
         status, text = self.device.ask("probe " + line)
         if status:
             raise ConnectionError(f"no probe: {os.strerror(status)}")
-        return json.loads(text)
+        return text
+
+    def find(self, name, text=None):
+        """Waits for what look() returns."""
+        try:
+            return super().find(name, text)
+        except LookupError as error:
+            raise LookupError(f"{error}{self.device.state()}") from None
 
     def touch(self, steps):
         """Plays steps of the agent's language."""

@@ -9,6 +9,7 @@
 # --benchmark  with the benchmarks that preset aarch64-benchmark has built, and what they need
 #
 # Debian's packages are kept in build/device as they were when they were fetched; remove that folder to have newer ones.
+# A new image takes the place of those of its kind that are older than an hour.
 # The same packages and programs make the same kernel, initrd and files; the times of inodes on the disk differ.
 set -euo pipefail
 
@@ -162,6 +163,7 @@ fnMake() { # in a user namespace: all files belong to root
     cp "$base/vmlinuz" "$work/kernel"
     rm -rf "$work/root" "$work/initrd.root"
     mv "$work" "$folder"
+    find "$build/device" -maxdepth 1 -name "image-$kind-*" ! -path "$folder" -mmin +60 -exec rm -rf {} +
 }
 
 kind=plain
@@ -187,7 +189,7 @@ set -- "$PWD/${0##*/}" "$@"
 build=$(realpath ..)/build
 suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
 base=$build/device/base-$( (fnPackages && echo "$suite $kind" && sed -n '/^fnPackages/,/^fnDisk/p' image.sh) | fnHash)
-folder=$build/device/image-$( (
+folder=$build/device/image-$kind-$( (
     echo "$base"
     cat "$build"/aarch64-release/tarnixui*_arm64.deb "$build"/aarch64/{simulator/ovik-simulator,device/agent,tools/plugins/generic/libprobe.so}
     [[ $kind != benchmark ]] || (cd "$build/aarch64-benchmark" && cat "${benchmarks[@]}" ../../benchmarks/touch/*.py)

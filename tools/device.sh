@@ -49,7 +49,9 @@ dbus-daemon --session --nofork --address=unix:path=/tmp/system-bus 2>/tmp/bus.lo
 fnAwait 'the message bus' test -S /tmp/system-bus
 export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/tmp/system-bus
 if [[ -n $build ]]; then
-    "$build/simulator/ovik-simulator" --system --lease-delay 5000 >/tmp/ovik-simulator.log &
+    service=$build/launchers/ovik-simulator # of a build for another processor
+    [[ -x $service ]] || service=$build/simulator/ovik-simulator
+    "$service" --system --lease-delay 5000 >/tmp/ovik-simulator.log &
     fnAwait 'the platform service' grep -qs ready /tmp/ovik-simulator.log
 fi
 if [[ -n $screen ]]; then

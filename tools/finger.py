@@ -34,12 +34,12 @@ class Finger:
     def ask(self, line):
         """Returns the probe's reply to the line."""
         self.socket.sendall(line.encode() + b"\n")
-        return json.loads(self.replies.readline())
+        return self.replies.readline()
 
     def widgets(self):
         """Returns a description of each widget that is on screen, windows opened last first, and before them of each
         entry of the open list."""
-        widgets = [widget for widget in self.ask("") if widget["visible"]]
+        widgets = [widget for widget in json.loads(self.ask("")) if widget["visible"]]
         entries = [{"name": "", "text": text, "rect": rect, "reachable": rect[3] >= self.ENTRY}
                    for widget in widgets for text, rect in widget.get("entries", {}).items()]
         return entries + widgets

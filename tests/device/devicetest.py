@@ -67,14 +67,3 @@ class DeviceTest(unittest.TestCase):
             device.picture(file.name)
             crop = ["-crop", "{2}x{3}+{0}+{1}".format(*area), "+repage"] if area else []
             return subprocess.run(["convert", file.name, *crop, "-depth", "8", "rgb:-"], check=True, stdout=subprocess.PIPE).stdout
-
-    def settled(self, device):
-        """Returns what pixels() returns twice in a row, with a fifth of a second of the device's clock between them."""
-        seen = [None]
-
-        def is_settled():
-            device.run("usleep 200000")
-            seen.append(self.pixels(device))
-            return seen[-1] == seen[-2]
-        device.wait(is_settled, "the screen does not settle")
-        return seen[-1]
