@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QTest>
+#include <QWindow>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -75,7 +76,9 @@ private slots:
             }
             QTRY_COMPARE(oEdit.text(), QString("a"));
             QTRY_VERIFY(isSeenWhole());
+            oDialog.hide(); // the panel gets the focus
             wink(1001);
+            QVERIFY(!m_pOverlay->windowHandle()->isVisible());
         }
     }
 
