@@ -56,6 +56,19 @@ bool DialogWindow::eventFilter(QObject* pWatched, QEvent* pEvent)
 void DialogWindow::prepare()
 {
     m_pDialog->windowHandle()->installEventFilter(this);
+    if (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0) && QGuiApplication::platformName() == "xcb") {
+        connect(m_pDialog->windowHandle(), SIGNAL(visibleChanged(bool)), this, SLOT(onVisibleChanged(bool)),
+                Qt::UniqueConnection);
+    }
+}
+
+// Matchbox gives the focus to the panel when a dialog opens, and Qt 6.8 gives it back, without end.
+void DialogWindow::onVisibleChanged(bool bVisible)
+{
+    const QWidget* pPanel = m_pDialog->parentWidget();
+    if (QWindow* pWindow = pPanel ? pPanel->window()->windowHandle() : nullptr) {
+        pWindow->setFlag(Qt::WindowDoesNotAcceptFocus, bVisible);
+    }
 }
 
 // Only X gives an open list or calendar the keyboard.

@@ -38,6 +38,9 @@ protected:
     /** Returns the dialog. */
     QDialog* dialog() const { return m_pDialog; }
 
+private slots:
+    void onVisibleChanged(bool bVisible);
+
 private:
     static bool passOn(QEvent* pEvent);
 

@@ -45,9 +45,7 @@ private slots:
         QTest::addColumn<QString>("platform");
         QTest::newRow("x11") << "xcb";
         QTest::newRow("openbox") << "xcb";
-        if (QT_VERSION < QT_VERSION_CHECK(6, 8, 0)) { // see docs/device.md
-            QTest::newRow("matchbox") << "xcb";
-        }
+        QTest::newRow("matchbox") << "xcb";
         QTest::newRow("weston-desktop") << "wayland";
         QTest::newRow("weston-kiosk") << "wayland";
         QTest::newRow("cage") << "wayland";
