@@ -34,7 +34,10 @@ ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     m_pList->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pList->setModel(&m_oFound);
     TouchList::attachTo(m_pList);
-    connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), this, SLOT(find(QString)));
+    // The frame buffer may deliver the next key while the list hides to move.
+    m_oTyped.setSingleShot(true);
+    connect(pComboBox->lineEdit(), SIGNAL(textEdited(QString)), &m_oTyped, SLOT(start()));
+    connect(&m_oTyped, SIGNAL(timeout()), this, SLOT(find()));
     connect(m_pList, SIGNAL(clicked(QModelIndex)), this, SLOT(choose(QModelIndex)));
     connect(QGuiApplication::inputMethod(), SIGNAL(keyboardRectangleChanged()), this, SLOT(place()),
             Qt::QueuedConnection); // after the dialog, which on Wayland moves inside its window
@@ -43,13 +46,14 @@ ChoiceFinder::ChoiceFinder(QComboBox* pComboBox)
     pComboBox->window()->installEventFilter(this);
 }
 
-void ChoiceFinder::find(const QString& strTyped)
+void ChoiceFinder::find()
 {
+    const QString strTyped = m_pComboBox->lineEdit()->text();
     m_oFound.setFilterFixedString(strTyped);
     m_pList->setCurrentIndex({});
     m_pList->scrollToTop();
     if (strTyped.isEmpty() || m_oFound.rowCount() == 0) {
-        m_pList->hide();
+        hide();
     } else {
         show();
     }
@@ -57,7 +61,7 @@ void ChoiceFinder::find(const QString& strTyped)
 
 void ChoiceFinder::choose(const QModelIndex& oIndex)
 {
-    m_pList->hide();
+    hide();
     m_pComboBox->setCurrentIndex(m_oFound.mapToSource(oIndex).row());
 }
 
@@ -78,6 +82,12 @@ void ChoiceFinder::place()
     if (m_pList->isVisible()) {
         show();
     }
+}
+
+void ChoiceFinder::hide()
+{
+    m_oTyped.stop();
+    m_pList->hide();
 }
 
 void ChoiceFinder::show()
@@ -108,7 +118,7 @@ bool ChoiceFinder::eventFilter(QObject* pWatched, QEvent* pEvent)
     case QEvent::FocusOut:
     case QEvent::Hide:
     case QEvent::MouseButtonPress:
-        m_pList->hide();
+        hide();
         break;
     case QEvent::Move:
     case QEvent::Resize:

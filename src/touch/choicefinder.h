@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QSortFilterProxyModel>
+#include <QTimer>
 
 class QComboBox;
 class QListView;
@@ -25,17 +26,19 @@ public:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private slots:
-    void find(const QString& strTyped);
+    void find();
     void choose(const QModelIndex& oIndex);
     void place();
 
 private:
     explicit ChoiceFinder(QComboBox* pComboBox);
+    void hide();
     void show();
     QRect freeRect() const;
 
     QComboBox* m_pComboBox;
     QListView* m_pList;
     QSortFilterProxyModel m_oFound;
+    QTimer m_oTyped;
     bool m_bTapped = false; // the field has the focus by a tap that is not released yet
 };

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QTest>
+#include <csignal>
 
 namespace {
 
@@ -90,6 +91,7 @@ private slots:
         tap("systemTimeForm_Label");
         QVERIFY(isAboveButBelowOverlay("DateTimeDialog"));
         QVERIFY(isSeen("banner")); // beside the dialog
+        checkTyping();
         checkPopup("timezone_ComboBox");
         checkPopup("currentDate_DateEdit");
         tap("closeButton");
@@ -176,6 +178,21 @@ private:
         }
         m_pPanel->send("n1\nv1.3\n");
         QCOMPARE(m_pPanel->waitForText("targetVersionForm_Label", "1.3"), QString("1.3"));
+    }
+
+    // The panel gets all keys at once.
+    void checkTyping()
+    {
+        const auto fnSignal = [this](int nSignal) {
+            ::kill(pid_t(m_pPanel->process().processId()), nSignal);
+        };
+        tap("timezone_ComboBox");
+        fnSignal(SIGSTOP);
+        QVERIFY(m_pDisplay->pointer("key ctrl+a type tokyo"));
+        fnSignal(SIGCONT);
+        QVERIFY(m_pPanel->waitForVisible("choices") && isSeen("choices"));
+        QVERIFY(m_pDisplay->pointer("key ctrl+a BackSpace"));
+        QVERIFY(m_pPanel->waitForVisible("choices", false));
     }
 
     // Below the overlay, closed by a tap beside it or by Escape.
