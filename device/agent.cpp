@@ -128,7 +128,7 @@ int openTablet()
     return -1;
 }
 
-// Whether the touch screen is mounted turned, as the panel is told; the tablet never is.
+// Whether the touch screen is mounted turned, as the panel's settings say; the tablet never is.
 bool isTurned()
 {
     const char* szPlugins = std::getenv("QT_QPA_GENERIC_PLUGINS");

@@ -158,7 +158,7 @@ class Device:
         return self.ask("run " + command)[0] == 0
 
     def state(self):
-        """Returns what tells why something does not come: what the panel and the one before have said, and a picture."""
+        """Returns the end of the panels' logs and the path of a picture, for the message of a wait in vain."""
         handle, path = tempfile.mkstemp(prefix="device-", suffix=".png")
         os.close(handle)
         self.picture(path)

@@ -55,8 +55,8 @@ void OverlayWindow::show()
     m_pWidget->raise();
 }
 
-// The compositor of eglfs shows every window that is raised, a hidden one too. The frame buffer may tell of a
-// dialog's focus from within putAbove(), when the widget still counts as visible: shown then, it would stay
+// The compositor of eglfs shows every window that is raised, a hidden one too. The frame buffer may report
+// a dialog's focus from within putAbove(), when the widget still counts as visible: shown then, it would stay
 // hidden for Qt.
 void OverlayWindow::restack()
 {

@@ -66,7 +66,7 @@ private slots:
             if (bDialogFirst) {
                 QTRY_VERIFY(oEdit.hasFocus());
             }
-            wink(1000); // or before the display has told of the focus
+            wink(1000); // or before the display has reported the focus
             QTRY_VERIFY(oEdit.hasFocus());
             QTRY_VERIFY(isSeenWhole());
             if (QGuiApplication::platformName() == "xcb") {
